@@ -1,0 +1,109 @@
+#include "frames/core/Tyapi.h"
+#include "frames/core/Host.h"
+#include "platform/db/Database.h"
+#include "platform/db/Query.h"
+#include "platform/db/Transaction.h"
+#include <QDate>
+#include <QDateTime>
+
+namespace frames {
+
+QString StrParam(const QString& value) {
+    QString s = value;
+    s.replace('\'', "''");
+    return '\'' + s + '\'';
+}
+
+QString IBBool(bool value) { return value ? QStringLiteral("'T'") : QStringLiteral("'F'"); }
+
+QString SqlLiteral(const QVariant& v) {
+    if (!v.isValid() || v.isNull()) return QStringLiteral("null");
+    switch (v.typeId()) {
+    case QMetaType::Bool:
+        return IBBool(v.toBool());
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+        return QString::number(v.toLongLong());
+    case QMetaType::Double:
+    case QMetaType::Float:
+        return QString::number(v.toDouble(), 'g', 17);
+    case QMetaType::QDate:
+        return StrParam(v.toDate().toString("yyyy-MM-dd"));
+    case QMetaType::QDateTime:
+        return StrParam(v.toDateTime().toString("yyyy-MM-dd HH:mm:ss.zzz"));
+    default:
+        return StrParam(v.toString());
+    }
+}
+
+QString SqlText(const QVariantList& pieces) {
+    QString sql;
+    for (const QVariant& p : pieces) {
+        switch (p.typeId()) {
+        case QMetaType::QString:
+        case QMetaType::QByteArray:
+            sql += p.toString(); // literal SQL; user text must come through StrParam
+            break;
+        default:
+            sql += SqlLiteral(p);
+        }
+    }
+    return sql;
+}
+
+std::unique_ptr<db::Query> QvSqlQuery(db::Transaction* tr, bool, const QVariantList& pieces) {
+    auto q = std::make_unique<db::Query>(dmDataBaseFIB()->RvDatabase(), tr);
+    q->setSql(SqlText(pieces));
+    tr->ensureStarted();
+    q->open();
+    q->next();
+    return q;
+}
+
+std::unique_ptr<db::Query> QvSqlQueryRead(const QVariantList& pieces) {
+    return QvSqlQuery(dmDataBaseFIB()->pfReadTransaction(), false, pieces);
+}
+
+QVariant QvSqlValue(const QVariantList& pieces) {
+    auto q = std::make_unique<db::Query>(dmDataBaseFIB()->RvDatabase(), dmDataBaseFIB()->pfReadTransaction());
+    q->setSql(SqlText(pieces));
+    dmDataBaseFIB()->pfReadTransaction()->ensureStarted();
+    q->open();
+    return q->next() ? q->value(0) : QVariant();
+}
+
+void QvSqlExec(db::Transaction* tr, bool commit, const QVariantList& pieces) {
+    db::Query q(dmDataBaseFIB()->RvDatabase(), tr);
+    q.setSql(SqlText(pieces));
+    tr->ensureStarted();
+    try {
+        q.exec();
+        if (commit) tr->commit();
+    } catch (...) {
+        if (commit && tr->active()) tr->rollback();
+        throw;
+    }
+}
+
+void QvSqlExec(const QVariantList& pieces) {
+    db::Transaction tr(dmDataBaseFIB()->RvDatabase(), db::TransactionOptions::writeNoWait());
+    QvSqlExec(&tr, true, pieces);
+}
+
+void QvProcExec(const QString& procedure, const QVariantList& values) {
+    QVariantList pieces{QStringLiteral("execute procedure ") + procedure};
+    if (!values.isEmpty()) {
+        pieces << QStringLiteral(" ");
+        for (int i = 0; i < values.size(); ++i) {
+            if (i) pieces << QStringLiteral(", ");
+            pieces << QVariant(SqlLiteral(values[i])).toString();
+        }
+    }
+    QvSqlExec(pieces);
+}
+
+} // namespace frames

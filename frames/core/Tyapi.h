@@ -1,0 +1,40 @@
+#pragma once
+#include <QString>
+#include <QVariant>
+#include <QVariantList>
+#include <memory>
+
+namespace frames {
+namespace db {
+class Query;
+class Transaction;
+} // namespace db
+
+// SQL helpers over the host's database module. A statement is given as a list of pieces that
+// are joined as they stand: pieces are literal SQL or numbers; text coming from a user must be
+// passed through StrParam first.
+QString SqlText(const QVariantList& pieces);
+
+// Runs a select in the given transaction; the query is open on its first row.
+std::unique_ptr<db::Query> QvSqlQuery(db::Transaction* tr, bool unused, const QVariantList& pieces);
+// Runs a select in the host's read transaction.
+std::unique_ptr<db::Query> QvSqlQueryRead(const QVariantList& pieces);
+// First column of the first row of a select in the read transaction (null when no row).
+QVariant QvSqlValue(const QVariantList& pieces);
+// Runs a statement that changes data in its own write transaction, committed at once
+// ("write, nowait, rec_version, read_committed"); rolled back and rethrown on error.
+void QvSqlExec(const QVariantList& pieces);
+// The same in the given transaction (committed when commit is true).
+void QvSqlExec(db::Transaction* tr, bool commit, const QVariantList& pieces);
+// Executes a stored procedure with the values as its input parameters, in its own committed
+// write transaction.
+void QvProcExec(const QString& procedure, const QVariantList& values);
+
+// The database's literal for a Boolean: 'T' or 'F'.
+QString IBBool(bool value);
+// Quotes a string as an SQL literal: 'it''s'.
+QString StrParam(const QString& value);
+// An SQL literal for any value: null, number, quoted text, 'yyyy-mm-dd' date.
+QString SqlLiteral(const QVariant& value);
+
+} // namespace frames

@@ -1,0 +1,71 @@
+#pragma once
+#include "platform/db/Error.h"
+#include <QObject>
+#include <QString>
+#include <memory>
+
+namespace Firebird {
+class IAttachment;
+class IMaster;
+class IStatus;
+} // namespace Firebird
+
+namespace frames::db {
+
+class Transaction;
+
+// One attachment to a Firebird database. A plain path uses the embedded engine; "host:path" or
+// "host/port:path" reaches a server. The connection character set is always UTF8.
+class Database : public QObject {
+    Q_OBJECT
+public:
+    explicit Database(QObject* parent = nullptr);
+    ~Database() override;
+
+    struct Options {
+        QString user = "SYSDBA";
+        QString password = "masterkey";
+        QString role;
+    };
+
+    void open(const QString& connectString, const Options& options);
+    void open(const QString& connectString) { open(connectString, Options{}); }
+    // Creates a new database file (default character set WIN1251, page size 8192) and stays
+    // attached to it.
+    void create(const QString& connectString, const Options& options);
+    void create(const QString& connectString) { create(connectString, Options{}); }
+    void close();
+    bool isOpen() const;
+    const QString& connectString() const { return connectString_; }
+
+    // Runs a script of statements (see SqlScript) in its own transactions, committing after each
+    // statement so that later statements see earlier metadata.
+    void executeScript(const QString& scriptText);
+    // Runs one statement without parameters or results in its own committed transaction.
+    void executeImmediate(const QString& sql);
+
+    // Default transaction used by datasets/queries that were given none.
+    Transaction* defaultTransaction() const { return defaultTransaction_; }
+    void setDefaultTransaction(Transaction* t) { defaultTransaction_ = t; }
+
+    Firebird::IAttachment* handle() const { return attachment_; }
+
+private:
+    friend class Transaction;
+    void attach(const QString& connectString, const Options& options, bool create);
+
+    Firebird::IAttachment* attachment_ = nullptr;
+    QString connectString_;
+    Transaction* defaultTransaction_ = nullptr;
+    QList<Transaction*> transactions_; // every Transaction on this database, ended by close()
+};
+
+// Splits a script into statements: honours "SET TERM x ;" (the terminator may change), skips
+// "--" line comments and "/* */" block comments between statements, and never splits inside
+// quoted text or quoted identifiers. Empty statements are dropped; SET TERM is not returned.
+class SqlScript {
+public:
+    static QStringList split(const QString& script);
+};
+
+} // namespace frames::db

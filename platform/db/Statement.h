@@ -1,0 +1,98 @@
+#pragma once
+// Private: one prepared Firebird statement with its parameter encoding, output message layout
+// and value decoding. Query and DataSet keep one while their SQL text is unchanged.
+#include "platform/db/Field.h"
+#include "platform/db/Params.h"
+#include <QString>
+#include <QVariant>
+#include <vector>
+
+namespace Firebird {
+class IStatement;
+class IMessageMetadata;
+class IResultSet;
+} // namespace Firebird
+
+namespace frames::db {
+
+class Database;
+class Transaction;
+
+// One output column: where it lives in the message buffer and how it reads.
+struct Column {
+    QString name; // alias (unique within the statement)
+    QString field, relation;
+    unsigned sqlType = 0; // SQL_xxx without the null flag
+    int subType = 0;
+    unsigned length = 0;
+    int scale = 0;
+    unsigned charSet = 0;
+    unsigned offset = 0, nullOffset = 0;
+    FieldType type = FieldType::VarChar;
+    int size = 0;
+};
+
+class Statement {
+public:
+    // Prepares `sql` (with :name / ?name parameters) in `tr`, which is started if needed.
+    Statement(Database* db, Transaction* tr, const QString& sql);
+    ~Statement();
+    Statement(const Statement&) = delete;
+    Statement& operator=(const Statement&) = delete;
+
+    const QString& sql() const { return sql_; }
+    const ScannedSql& scanned() const { return scanned_; }
+    Database* database() const { return db_; }
+    bool hasCursor() const; // a select
+
+    const std::vector<Column>& columns() const { return cols_; }
+    int columnIndex(const QString& name) const; // case-insensitive, -1 when absent
+    unsigned messageLength() const { return msgLen_; }
+
+    // Encodes the values (aligned with scanned().names) into the input message. Blob parameters
+    // are written in `tr`.
+    void bind(const std::vector<QVariant>& values, Transaction* tr);
+    void bind(const Params& params, Transaction* tr);
+
+    void openCursor(Transaction* tr);
+    bool fetch(char* row); // row: messageLength() bytes
+    void closeCursor();
+    bool cursorOpen() const { return rs_ != nullptr; }
+    // Runs a statement without a cursor; its output row (if any) is outputRow().
+    void execute(Transaction* tr);
+    char* outputRow() { return out_.data(); }
+    qint64 affectedRecords() const;
+
+    bool isNull(const char* row, int col) const {
+        return *reinterpret_cast<const short*>(row + cols_[size_t(col)].nullOffset) != 0;
+    }
+    // Reads a column of a raw row; blobs are read in `tr` (started if needed).
+    QVariant decode(const char* row, int col, Transaction* tr) const;
+
+    // Number of statements prepared by this process (lets tests see reuse).
+    static quint64 prepareCount();
+
+private:
+    QString context() const;
+
+    Database* db_;
+    QString sql_;
+    ScannedSql scanned_;
+    Firebird::IStatement* stmt_ = nullptr;
+    Firebird::IMessageMetadata* inServer_ = nullptr; // the server's idea of the parameters
+    Firebird::IMessageMetadata* in_ = nullptr;       // ours, built by bind()
+    Firebird::IMessageMetadata* outMeta_ = nullptr;
+    Firebird::IResultSet* rs_ = nullptr;
+    std::vector<char> inBuf_;
+    std::vector<char> out_;
+    std::vector<Column> cols_;
+    unsigned msgLen_ = 0;
+    unsigned type_ = 0;
+};
+
+// Type conversion shared by fields and parameters.
+// Converts v for storage in a field of `type`; throws db::Error (Configuration) when text does
+// not convert. Null/invalid/empty text for non-text types gives an invalid QVariant.
+QVariant convertForField(FieldType type, int scale, const QVariant& v, const QString& fieldName);
+
+} // namespace frames::db

@@ -1,0 +1,60 @@
+#include "tests/support/DbFixture.h"
+#include "platform/db/Query.h"
+#include "schema/DemoDatabase.h"
+#include <QDir>
+#include <QFile>
+
+namespace frames::test {
+
+QString demoDatabasePath() {
+    const QString path = QStringLiteral(FRAMES_DEMO_DB);
+    // Running a test binary by hand, without ctest's fixture, still works.
+    if (!QFile::exists(path)) {
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        schema::ensureDemoDatabase(path);
+    }
+    return path;
+}
+
+void DbTest::SetUp() {
+    QDir().mkpath(QStringLiteral(FRAMES_TEST_TMP));
+    dir_ = std::make_unique<QTemporaryDir>(QStringLiteral(FRAMES_TEST_TMP "/db-XXXXXX"));
+    ASSERT_TRUE(dir_->isValid());
+    dbPath_ = dir_->filePath("test.fdb");
+    ASSERT_TRUE(QFile::copy(demoDatabasePath(), dbPath_));
+    QFile::setPermissions(dbPath_, QFile::ReadOwner | QFile::WriteOwner);
+    host = std::make_unique<TestHost>(dbPath_);
+    host->profilePath = dir_->filePath("profile");
+    QDir().mkpath(host->profilePath);
+}
+
+void DbTest::TearDown() { host.reset(); }
+
+std::unique_ptr<db::Database> DbTest::secondConnection() const {
+    auto d = std::make_unique<db::Database>();
+    d->open(dbPath_);
+    return d;
+}
+
+void DbTest::exec(const QString& sql) const {
+    db::Transaction tr(host->database.get(), db::TransactionOptions::writeNoWait());
+    tr.start();
+    db::Query q(host->database.get(), &tr);
+    q.setSql(sql);
+    q.exec();
+    tr.commit();
+}
+
+QVariant DbTest::scalar(const QString& sql) const {
+    db::Transaction tr(host->database.get(), db::TransactionOptions::read());
+    tr.start();
+    db::Query q(host->database.get(), &tr);
+    q.setSql(sql);
+    q.open();
+    QVariant v = q.next() ? q.value(0) : QVariant();
+    q.close();
+    tr.commit();
+    return v;
+}
+
+} // namespace frames::test
