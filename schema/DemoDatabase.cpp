@@ -1,0 +1,148 @@
+#include "schema/DemoDatabase.h"
+#include "platform/db/Database.h"
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+static void initSchemaResources() {
+    // The scripts live in a static library: make sure its resources are registered.
+    Q_INIT_RESOURCE(schema_scripts);
+}
+
+namespace frames::schema {
+
+QStringList scriptNames() {
+    initSchemaResources();
+    QStringList names;
+    const QStringList files =
+        QDir(QStringLiteral(":/schema")).entryList({QStringLiteral("*.sql")}, QDir::Files, QDir::Name);
+    for (const QString& f : files) names << QStringLiteral(":/schema/") + f;
+    return names;
+}
+
+static QString readScript(const QString& name) {
+    QFile f(name);
+    if (!f.open(QIODevice::ReadOnly))
+        throw db::Error::configuration(QStringLiteral("Cannot read schema script %1").arg(name));
+    return QString::fromUtf8(f.readAll());
+}
+
+// Statements that only steer an interactive tool and mean nothing to the server.
+static bool clientOnly(const QString& statement) {
+    static const QRegularExpression re(
+        QStringLiteral("^(commit(\\s+work)?|set\\s+(sql\\s+dialect|names|autoddl|echo|bail|list|stats|"
+                       "plan|heading|count|warnings)\\b.*)$"),
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
+    return re.match(statement).hasMatch();
+}
+
+static bool isDataChange(const QString& statement) {
+    static const QRegularExpression re(QStringLiteral("^(insert|update|delete)\\s"),
+                                       QRegularExpression::CaseInsensitiveOption);
+    return re.match(statement).hasMatch();
+}
+
+// Runs one script. Consecutive data statements go to the server as one block in one transaction
+// (each statement of its own would cost a commit, which is most of the build time); when a block
+// fails its statements run one by one so that the error names the statement at fault.
+static void runScript(db::Database& database, const QString& scriptName, const QString& text) {
+    const QStringList statements = db::SqlScript::split(text);
+    constexpr qsizetype maxBlockBytes = 48 * 1024; // well under the server's statement size limit
+    QStringList batch;
+    qsizetype batchBytes = 0;
+    auto runOne = [&](const QString& statement) {
+        try {
+            database.executeImmediate(statement);
+        } catch (const db::Error& e) {
+            QString detail = e.text();
+            const auto at = detail.lastIndexOf(QStringLiteral("\nStatement: "));
+            if (at >= 0) detail.truncate(at);
+            throw db::Error(
+                e.kind(),
+                QStringLiteral("%1: %2\nStatement: %3").arg(scriptName, detail, statement.left(300)),
+                e.gdsCodes(), e.sqlCode());
+        }
+    };
+    auto flush = [&] {
+        if (batch.isEmpty()) return;
+        if (batch.size() == 1) {
+            runOne(batch.front());
+        } else {
+            QString block = QStringLiteral("EXECUTE BLOCK AS BEGIN\n");
+            for (const QString& s : batch) block += s + QStringLiteral(";\n");
+            block += QStringLiteral("END");
+            try {
+                database.executeImmediate(block);
+            } catch (const db::Error&) {
+                for (const QString& s : batch) runOne(s);
+                throw; // every statement ran alone: the block failed for a reason of its own
+            }
+        }
+        batch.clear();
+        batchBytes = 0;
+    };
+    for (const QString& statement : statements) {
+        if (clientOnly(statement)) continue;
+        if (!isDataChange(statement)) {
+            flush();
+            runOne(statement);
+            continue;
+        }
+        const qsizetype bytes = statement.toUtf8().size() + 2;
+        if (batchBytes + bytes > maxBlockBytes) flush();
+        batch << statement;
+        batchBytes += bytes;
+    }
+    flush();
+}
+
+void createDemoDatabase(const QString& path) {
+    const QFileInfo target(path);
+    const QString dir = target.absolutePath();
+    if (!QDir().mkpath(dir))
+        throw db::Error::configuration(QStringLiteral("Cannot create folder %1").arg(dir));
+    const QString finalPath = target.absoluteFilePath();
+    // Built under a temporary name and renamed at the end, so that a failed build never leaves
+    // a half-made database under the real name.
+    const QString tempPath = QStringLiteral("%1/.%2.%3.building")
+                                 .arg(dir, target.fileName())
+                                 .arg(QCoreApplication::applicationPid());
+    QFile::remove(tempPath);
+
+    const QStringList scripts = scriptNames();
+    if (scripts.isEmpty()) throw db::Error::configuration(QStringLiteral("No schema scripts found"));
+    {
+        db::Database database;
+        try {
+            database.create(tempPath);
+            for (const QString& name : scripts)
+                runScript(database, QFileInfo(name).fileName(), readScript(name));
+            database.close();
+        } catch (...) {
+            try {
+                database.close();
+            } catch (...) {
+            }
+            QFile::remove(tempPath);
+            throw;
+        }
+    }
+    if (QFile::exists(finalPath) && !QFile::remove(finalPath)) {
+        QFile::remove(tempPath);
+        throw db::Error::configuration(QStringLiteral("Cannot replace %1").arg(finalPath));
+    }
+    if (!QFile::rename(tempPath, finalPath)) {
+        QFile::remove(tempPath);
+        throw db::Error::configuration(QStringLiteral("Cannot rename %1 to %2").arg(tempPath, finalPath));
+    }
+}
+
+bool ensureDemoDatabase(const QString& path) {
+    if (QFileInfo::exists(path)) return false;
+    createDemoDatabase(path);
+    return true;
+}
+
+} // namespace frames::schema
