@@ -23,24 +23,34 @@ TAbsEditFrame::TAbsEditFrame(QWidget* parent) : QFrame(parent) {
 
 TAbsEditFrame::~TAbsEditFrame() = default;
 
-void TAbsEditFrame::SetEnabled(bool value) { setEnabled(value); }
-void TAbsEditFrame::SetFocus() {
-    if (QWidget* w = lbSelect->buddy()) w->setFocus();
-    else setFocus();
+void TAbsEditFrame::SetEnabled(bool value) {
+    setEnabled(value);
 }
-void TAbsEditFrame::SetReadOnly(bool value) { readOnly_ = value; }
+void TAbsEditFrame::SetFocus() {
+    if (QWidget* w = lbSelect->buddy())
+        w->setFocus();
+    else
+        setFocus();
+}
+void TAbsEditFrame::SetReadOnly(bool value) {
+    readOnly_ = value;
+}
 void TAbsEditFrame::SetRequired(bool value) {
     required_ = value;
     QFont f = lbSelect->font();
     f.setBold(value);
     lbSelect->setFont(f);
 }
-bool TAbsEditFrame::GetReadOnly() const { return readOnly_; }
+bool TAbsEditFrame::GetReadOnly() const {
+    return readOnly_;
+}
 void TAbsEditFrame::RestoreLayout(TConfigItem*) {}
 void TAbsEditFrame::SaveLayout(TConfigItem*) {}
 void TAbsEditFrame::Init() {}
 void TAbsEditFrame::DataRefresh() {}
-bool TAbsEditFrame::IsEmpty() { return false; }
+bool TAbsEditFrame::IsEmpty() {
+    return false;
+}
 void TAbsEditFrame::Clear() {
     throw std::logic_error(std::string(metaObject()->className()) + ": Clear is not implemented");
 }
@@ -54,6 +64,8 @@ QObject* ownerOf(const QObject* o) {
     return nullptr;
 }
 
-QObject* TAbsEditFrame::Owner() const { return ownerOf(this); }
+QObject* TAbsEditFrame::Owner() const {
+    return ownerOf(this);
+}
 
 } // namespace frames

@@ -15,7 +15,9 @@ TConfigItem* TConfigItem::ItemByName(const QString& name) {
     return children_.back().get();
 }
 
-bool TConfigItem::IsExists(const QString& name) const { return Find(name) != nullptr; }
+bool TConfigItem::IsExists(const QString& name) const {
+    return Find(name) != nullptr;
+}
 
 void TConfigItem::Remove(const QString& name) {
     std::erase_if(children_, [&](const auto& c) { return c->name_.compare(name, Qt::CaseInsensitive) == 0; });
@@ -27,7 +29,9 @@ int TConfigItem::GetAsInteger() const {
     return ok ? v : int(value_.toDouble());
 }
 
-double TConfigItem::GetAsFloat() const { return value_.toDouble(); }
+double TConfigItem::GetAsFloat() const {
+    return value_.toDouble();
+}
 
 bool TConfigItem::GetAsBoolean() const {
     if (value_.typeId() == QMetaType::QString) {

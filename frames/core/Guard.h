@@ -7,7 +7,9 @@ namespace frames {
 
 // The silent abort: ends an action that the frame's state forbids, with no message.
 struct EAbort {};
-[[noreturn]] inline void Abort() { throw EAbort{}; }
+[[noreturn]] inline void Abort() {
+    throw EAbort{};
+}
 
 // Text of any exception for the user (db::Error text, std::exception what()).
 QString errorText(std::exception_ptr e);

@@ -16,9 +16,7 @@ void setHost(Host* h) {
     ui::errorReporter = [](const QString& text) {
         if (g_host) g_host->ErrorBox(text);
     };
-    ui::exceptionHandler = [](std::exception_ptr e) {
-        guard([&] { std::rethrow_exception(e); });
-    };
+    ui::exceptionHandler = [](std::exception_ptr e) { guard([&] { std::rethrow_exception(e); }); };
 }
 
 Host* host() {

@@ -73,14 +73,32 @@ void setHost(Host* host);
 Host* host(); // throws std::logic_error when no host is installed
 
 // Free functions under the host's names.
-inline int RunModule(const QString& formName, TRunParams& p) { return host()->RunModule(formName, p); }
-inline void ResetParams(TRunParams& p) { host()->ResetParams(p); }
-inline QObject* RvGetForm(const QString& formName) { return host()->RvGetForm(formName); }
-inline void TyErrorBox(const QString& text) { host()->ErrorBox(text); }
-inline void TyErrorBoxEx(const QString& text, int detail) { host()->ErrorBoxEx(text, detail); }
-inline void TyWarningBox(const QString& text) { host()->WarningBox(text); }
-inline void TraceText(const QString& text, int level = 1) { host()->TraceText(text, level); }
-inline Host* TYConfig() { return host(); }
-inline Host* dmDataBaseFIB() { return host(); }
+inline int RunModule(const QString& formName, TRunParams& p) {
+    return host()->RunModule(formName, p);
+}
+inline void ResetParams(TRunParams& p) {
+    host()->ResetParams(p);
+}
+inline QObject* RvGetForm(const QString& formName) {
+    return host()->RvGetForm(formName);
+}
+inline void TyErrorBox(const QString& text) {
+    host()->ErrorBox(text);
+}
+inline void TyErrorBoxEx(const QString& text, int detail) {
+    host()->ErrorBoxEx(text, detail);
+}
+inline void TyWarningBox(const QString& text) {
+    host()->WarningBox(text);
+}
+inline void TraceText(const QString& text, int level = 1) {
+    host()->TraceText(text, level);
+}
+inline Host* TYConfig() {
+    return host();
+}
+inline Host* dmDataBaseFIB() {
+    return host();
+}
 
 } // namespace frames

@@ -14,7 +14,9 @@ namespace frames {
 
 namespace {
 
-[[noreturn]] void fail(const QString& text) { throw std::runtime_error(text.toStdString()); }
+[[noreturn]] void fail(const QString& text) {
+    throw std::runtime_error(text.toStdString());
+}
 
 // Class name -> resource path of its description, built once from the resource tree.
 const QHash<QString, QString>& descriptionIndex() {
@@ -132,20 +134,22 @@ QStringList FormLoader::chain(const QString& className) {
     return classes;
 }
 
-void FormLoader::apply(QObject* target, const QString& className) {
-    for (const QString& cls : chain(className)) {
-        const QJsonObject d = description(cls);
-        if (d.isEmpty()) continue;
-        setProperties(target, d.value("properties").toObject(), cls, "(frame)");
-        const QJsonObject comps = d.value("components").toObject();
-        for (auto it = comps.begin(); it != comps.end(); ++it) {
-            QObject* comp = findComponent(target, it.key());
-            if (!comp) fail(QString("Form %1: no component %2").arg(cls, it.key()));
-            setProperties(comp, it.value().toObject(), cls, it.key());
-        }
+void FormLoader::applyDescription(QObject* target, const QJsonObject& d, const QString& cls) {
+    setProperties(target, d.value("properties").toObject(), cls, "(frame)");
+    const QJsonObject comps = d.value("components").toObject();
+    for (auto it = comps.begin(); it != comps.end(); ++it) {
+        QObject* comp = findComponent(target, it.key());
+        if (!comp) fail(QString("Form %1: no component %2").arg(cls, it.key()));
+        setProperties(comp, it.value().toObject(), cls, it.key());
     }
+}
+
+void FormLoader::apply(QObject* target, const QString& className) {
+    for (const QString& cls : chain(className)) applyDescription(target, description(cls), cls);
 }
 
 } // namespace frames
 
-extern "C" frames::Registry* frames_registry() { return &frames::Registry::instance(); }
+extern "C" frames::Registry* frames_registry() {
+    return &frames::Registry::instance();
+}

@@ -43,7 +43,7 @@ template <typename T> struct Registrar {
         Registry::instance().add({name, family, [](QWidget* p) -> TAbsEditFrame* { return new T(p); }});
     }
 };
-#define FRAMES_REGISTER(Class, family)                                                                  \
+#define FRAMES_REGISTER(Class, family)                                                                       \
     static const ::frames::Registrar<Class> registrar_##Class(#Class, family)
 
 // Form descriptions: one JSON resource per class under :/forms/<family>/<Class>.json.
@@ -54,6 +54,8 @@ public:
     // Applies the descriptions of the class's chain (inherited first) to the object. Throws
     // std::runtime_error naming the class, component and property that do not exist.
     static void apply(QObject* target, const QString& className);
+    // Applies one description (its properties and components) as the class named.
+    static void applyDescription(QObject* target, const QJsonObject& d, const QString& className);
     // The chain of descriptions from the root class down to className.
     static QStringList chain(const QString& className);
 };

@@ -32,7 +32,7 @@ private:
 struct TRunParams {
     int FormFound = 0;
     QString KeyFieldName;
-    QVariant KeyValue;                 // null (invalid) when there is none
+    QVariant KeyValue;                  // null (invalid) when there is none
     std::shared_ptr<TVarParams> Params; // created by the frame when it needs them
     int KeyInt = -1;
     int ResultInt = 0;
@@ -41,9 +41,7 @@ struct TRunParams {
     db::Transaction* Transaction = nullptr;
 
     // The all-ones transaction value that says "not bound to a dataset".
-    static db::Transaction* NoTransaction() {
-        return reinterpret_cast<db::Transaction*>(~std::uintptr_t(0));
-    }
+    static db::Transaction* NoTransaction() { return reinterpret_cast<db::Transaction*>(~std::uintptr_t(0)); }
     TVarParams& EnsureParams() {
         if (!Params) Params = std::make_shared<TVarParams>();
         return *Params;

@@ -14,7 +14,9 @@ QString StrParam(const QString& value) {
     return '\'' + s + '\'';
 }
 
-QString IBBool(bool value) { return value ? QStringLiteral("'T'") : QStringLiteral("'F'"); }
+QString IBBool(bool value) {
+    return value ? QStringLiteral("'T'") : QStringLiteral("'F'");
+}
 
 QString SqlLiteral(const QVariant& v) {
     if (!v.isValid() || v.isNull()) return QStringLiteral("null");

@@ -3,6 +3,7 @@
 #include "frames/core/Host.h"
 #include "frames/core/HostForms.h"
 #include <QComboBox>
+#include <QLayout>
 
 namespace frames {
 
@@ -86,7 +87,9 @@ void TAbs_LF::notifyOwnerChanged() {
     if (auto* form = qobject_cast<TfmPersistentForm*>(Owner())) form->NotifyChanged();
 }
 
-void TAbs_LF::lcSelectClick(QObject*) { notifyOwnerChanged(); }
+void TAbs_LF::lcSelectClick(QObject*) {
+    notifyOwnerChanged();
+}
 
 void TAbs_LF::lcSelectKeyDown(QObject* sender, int& key, Qt::KeyboardModifiers shift) {
     const Qt::KeyboardModifiers held = shift & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);

@@ -28,7 +28,9 @@ void DbTest::SetUp() {
     QDir().mkpath(host->profilePath);
 }
 
-void DbTest::TearDown() { host.reset(); }
+void DbTest::TearDown() {
+    host.reset();
+}
 
 std::unique_ptr<db::Database> DbTest::secondConnection() const {
     auto d = std::make_unique<db::Database>();

@@ -76,9 +76,7 @@ public:
     db::Database* ImageDatabase() const override { return database.get(); }
     bool IsFuncRights(const QString& name) const override { return rights.contains(name); }
     int SessionNumber() const override { return 1; }
-    void TraceText(const QString& text, int level) override {
-        trace << QString::number(level) + ": " + text;
-    }
+    void TraceText(const QString& text, int level) override { trace << QString::number(level) + ": " + text; }
     void OpenAddress(const QString& address) override { openedAddresses << address; }
     void CustomizeGrid(ui::DBGrid*) override {}
     void FindInGrid(ui::DBGrid*) override {}
