@@ -70,8 +70,8 @@ public:
     // Display text of the current key (first display column, through the field's getText).
     QString displayText() const;
     bool isDroppedDown() const;
-    void dropDown();            // opens the list (after OnDropDown agreed)
-    void closeUp(bool accept);  // closes the list; accept = take the highlighted row
+    void dropDown();           // opens the list (after OnDropDown agreed)
+    void closeUp(bool accept); // closes the list; accept = take the highlighted row
 
     // Events, one handler each as the frames assign and remove them.
     std::function<void(QObject* sender)> OnChange;

@@ -1,0 +1,79 @@
+#pragma once
+#include "platform/db/DataSource.h"
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPointer>
+
+namespace frames::ui {
+
+// A line edit showing one field of a data source's current record. Typing puts the dataset into
+// edit state and writes the text into the field (a text that does not convert yet, such as "-"
+// in a number field, is written when editing finishes, and a failure is reported then).
+class DBEdit : public QLineEdit {
+    Q_OBJECT
+    Q_PROPERTY(QString DataField READ dataField WRITE setDataField)
+    Q_PROPERTY(bool ReadOnly READ isReadOnly WRITE setReadOnly)
+public:
+    explicit DBEdit(QWidget* parent = nullptr);
+    ~DBEdit() override;
+
+    db::DataSource* dataSource() const { return source_; }
+    void setDataSource(db::DataSource* ds);
+    QString dataField() const { return dataField_; }
+    void setDataField(const QString& f);
+    db::Field* field() const; // null while unbound or the dataset is closed
+
+    // Re-reads the field.
+    void updateFromField();
+
+private:
+    void connectSource();
+    bool writeText(bool report);
+
+    QPointer<db::DataSource> source_;
+    QList<QMetaObject::Connection> conns_;
+    QString dataField_;
+    bool writing_ = false, pending_ = false;
+};
+
+// A check box bound to a field. Checked writes ValueChecked, unchecked ValueUnchecked; left
+// empty they default by the field's type: true/false for a boolean field, "T"/"F" for text,
+// 1/0 for numbers. A null field shows unchecked.
+class DBCheckBox : public QCheckBox {
+    Q_OBJECT
+    Q_PROPERTY(QString DataField READ dataField WRITE setDataField)
+    Q_PROPERTY(bool ReadOnly READ isReadOnly WRITE setReadOnly)
+    Q_PROPERTY(QString ValueChecked READ valueChecked WRITE setValueChecked)
+    Q_PROPERTY(QString ValueUnchecked READ valueUnchecked WRITE setValueUnchecked)
+public:
+    explicit DBCheckBox(QWidget* parent = nullptr);
+    explicit DBCheckBox(const QString& text, QWidget* parent = nullptr);
+    ~DBCheckBox() override;
+
+    db::DataSource* dataSource() const { return source_; }
+    void setDataSource(db::DataSource* ds);
+    QString dataField() const { return dataField_; }
+    void setDataField(const QString& f);
+    db::Field* field() const;
+    bool isReadOnly() const { return readOnly_; }
+    void setReadOnly(bool b) { readOnly_ = b; }
+    QString valueChecked() const { return valueChecked_; }
+    void setValueChecked(const QString& v);
+    QString valueUnchecked() const { return valueUnchecked_; }
+    void setValueUnchecked(const QString& v);
+
+    void updateFromField();
+
+protected:
+    void nextCheckState() override;
+
+private:
+    QVariant storedValue(bool checked) const;
+
+    QPointer<db::DataSource> source_;
+    QList<QMetaObject::Connection> conns_;
+    QString dataField_, valueChecked_, valueUnchecked_;
+    bool readOnly_ = false, writing_ = false;
+};
+
+} // namespace frames::ui

@@ -1,0 +1,453 @@
+#include "platform/widgets/LookupCombo.h"
+#include "platform/db/Field.h"
+#include "platform/widgets/DataSetModel.h"
+#include "platform/widgets/ErrorReporter.h"
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QListView>
+#include <QScopedValueRollback>
+#include <QTableView>
+#include <QToolButton>
+#include <cmath>
+
+namespace frames::ui {
+
+namespace {
+
+// The combo part: asks its owner before the list opens.
+class LookupComboBox : public QComboBox {
+public:
+    using QComboBox::QComboBox;
+    std::function<bool()> mayShow;
+    void showPopup() override {
+        if (!mayShow || mayShow()) QComboBox::showPopup();
+    }
+};
+
+bool isNullKey(const QVariant& v) {
+    return !v.isValid() || v.isNull();
+}
+
+// Keys are compared by text so that 5, 5.0, "5" and a CHAR key padded with blanks meet.
+QString keyText(const QVariant& v) {
+    if (isNullKey(v)) return QString();
+    switch (v.typeId()) {
+    case QMetaType::Double:
+    case QMetaType::Float: {
+        const double d = v.toDouble();
+        if (std::floor(d) == d && std::fabs(d) < 1e15) return QString::number(qint64(d));
+        return QString::number(d, 'g', 17);
+    }
+    case QMetaType::QString:
+    case QMetaType::QByteArray: {
+        QString s = v.toString();
+        while (s.endsWith(' ')) s.chop(1);
+        return s;
+    }
+    default:
+        return v.toString();
+    }
+}
+
+bool sameKey(const QVariant& a, const QVariant& b) {
+    if (isNullKey(a) || isNullKey(b)) return isNullKey(a) == isNullKey(b);
+    return keyText(a) == keyText(b);
+}
+
+} // namespace
+
+LookupCombo::LookupCombo(QWidget* parent) : QWidget(parent) {
+    auto* box = new LookupComboBox(this);
+    box->mayShow = [this] { return mayDropDown(); };
+    combo_ = box;
+    combo_->setObjectName(QStringLiteral("combo"));
+    combo_->setEditable(false);
+    combo_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    combo_->setMinimumContentsLength(4);
+    combo_->setMaxVisibleItems(dropDownCount_);
+    combo_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    combo_->setMinimumHeight(21);
+    combo_->installEventFilter(this);
+
+    auto* list = new QListView;
+    list->setUniformItemSizes(true);
+    combo_->setView(list);
+
+    button_ = new QToolButton(this);
+    button_->setObjectName(QStringLiteral("button"));
+    button_->setText(QStringLiteral("..."));
+    button_->setFocusPolicy(Qt::NoFocus);
+    button_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    button_->setFixedSize(22, 22);
+
+    auto* lay = new QHBoxLayout(this);
+    lay->setContentsMargins(0, 0, 0, 0);
+    lay->setSpacing(1);
+    lay->addWidget(combo_, 1);
+    lay->addWidget(button_, 0, Qt::AlignVCenter);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setMinimumHeight(22);
+    setFocusProxy(combo_);
+
+    model_ = new DataSetModel(this);
+    model_->setDecoration([this](int row) { return rowImage(row); });
+    combo_->setModel(model_);
+    // Connected after setModel so that the combo has handled the reset when the key is re-shown.
+    connect(model_, &QAbstractItemModel::modelReset, this, [this] { listReset(); });
+
+    connect(combo_, qOverload<int>(&QComboBox::activated), this, [this](int row) { userChoseRow(row); });
+    connect(button_, &QToolButton::clicked, this, [this] {
+        if (OnDlgClick) guarded([&] { OnDlgClick(this); });
+    });
+}
+
+LookupCombo::~LookupCombo() {
+    for (auto& c : conns_) disconnect(c);
+    combo_->removeEventFilter(this);
+}
+
+// ---- properties
+
+void LookupCombo::setDataSource(db::DataSource* ds) {
+    if (dataSource_ == ds) return;
+    dataSource_ = ds;
+    connectDataSource();
+    syncFromKey();
+}
+
+void LookupCombo::connectDataSource() {
+    for (auto& c : conns_) disconnect(c);
+    conns_.clear();
+    if (!dataSource_) return;
+    auto sync = [this] { syncFromKey(); };
+    conns_ << connect(dataSource_, &db::DataSource::recordChanged, this, sync);
+    conns_ << connect(dataSource_, &db::DataSource::fieldChanged, this, sync);
+    conns_ << connect(dataSource_, &db::DataSource::dataSetChanged, this, sync);
+    conns_ << connect(dataSource_, &db::DataSource::stateChanged, this, sync);
+    conns_ << connect(dataSource_, &db::DataSource::dataSetReplaced, this, sync);
+}
+
+void LookupCombo::setDataField(const QString& f) {
+    dataField_ = f.trimmed();
+    syncFromKey();
+}
+
+void LookupCombo::setLookupSource(db::DataSource* ds) {
+    if (lookupSource_ == ds) return;
+    lookupSource_ = ds;
+    rebuildModel();
+}
+
+void LookupCombo::setLookupField(const QString& f) {
+    lookupField_ = f.trimmed();
+    keyIndexValid_ = false;
+    syncFromKey();
+}
+
+void LookupCombo::setLookupDisplay(const QString& f) {
+    lookupDisplay_ = f;
+    rebuildModel();
+}
+
+void LookupCombo::setDropDownCount(int n) {
+    dropDownCount_ = n;
+    combo_->setMaxVisibleItems(qMax(1, n));
+}
+
+void LookupCombo::setReadOnly(bool b) {
+    readOnly_ = b;
+    if (b && isDroppedDown()) closeUp(false);
+}
+
+bool LookupCombo::showButton() const {
+    return !button_->isHidden();
+}
+
+void LookupCombo::setShowButton(bool b) {
+    button_->setHidden(!b);
+}
+
+void LookupCombo::setEmptyValue(const QString& t) {
+    emptyValue_ = t;
+    model_->setLeadingRow(!t.isEmpty(), t);
+}
+
+// ---- the list
+
+void LookupCombo::rebuildModel() {
+    QStringList display;
+    for (const QString& part : lookupDisplay_.split(';'))
+        if (!part.trimmed().isEmpty()) display << part.trimmed();
+
+    // One column: a plain list. Several: a table whose first column is the one the combo shows.
+    const bool table = display.size() > 1;
+    if (table != tableView_) {
+        tableView_ = table;
+        if (table) {
+            auto* tv = new QTableView;
+            tv->horizontalHeader()->hide();
+            tv->verticalHeader()->hide();
+            tv->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+            tv->verticalHeader()->setDefaultSectionSize(tv->fontMetrics().height() + 4);
+            tv->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+            tv->setSelectionBehavior(QAbstractItemView::SelectRows);
+            tv->setShowGrid(false);
+            tv->setWordWrap(false);
+            combo_->setView(tv);
+        } else {
+            auto* lv = new QListView;
+            lv->setUniformItemSizes(true);
+            combo_->setView(lv);
+        }
+    }
+    model_->setDataSource(lookupSource_);
+    model_->setFieldNames(display); // resets the model: listReset() re-shows the key
+    combo_->setModelColumn(0);
+}
+
+void LookupCombo::listReset() {
+    keyIndexValid_ = false;
+    keyIndex_.clear();
+    icons_.clear();
+    syncFromKey();
+}
+
+int LookupCombo::lookupKeyIndex() const {
+    db::AbstractDataSet* lds = model_->dataSet();
+    if (!lds || lookupField_.isEmpty()) return -1;
+    db::Field* f = lds->findField(lookupField_);
+    return f ? f->index() : -1;
+}
+
+int LookupCombo::rowOfKey(const QVariant& key) const {
+    if (isNullKey(key)) return -1;
+    db::AbstractDataSet* lds = model_->dataSet();
+    if (!lds || !lds->active()) return -1;
+    if (!keyIndexValid_) {
+        keyIndex_.clear();
+        const int fi = lookupKeyIndex();
+        const int n = model_->rowCount() - model_->rowOffset();
+        if (fi >= 0) {
+            keyIndex_.reserve(n);
+            for (int r = n - 1; r >= 0; --r)
+                keyIndex_.insert(keyText(model_->valueAt(r, fi)), r); // first wins
+        }
+        keyIndexValid_ = true;
+    }
+    auto it = keyIndex_.constFind(keyText(key));
+    return it == keyIndex_.constEnd() ? -1 : *it;
+}
+
+QVariant LookupCombo::rowImage(int row) const {
+    if (!OnGetImage) return QVariant();
+    if (auto it = icons_.constFind(row); it != icons_.constEnd()) return it->isNull() ? QVariant() : *it;
+    if (inImage_) return QVariant();
+    QScopedValueRollback guard(inImage_, true);
+    QIcon icon;
+    db::AbstractDataSet* lds = model_->dataSet();
+    auto* self = const_cast<LookupCombo*>(this);
+    guarded([&] {
+        // The handler reads the row through the dataset's fields: put the cursor there for the
+        // call and back afterwards, without the model treating the moves as changes.
+        const bool move = row >= 0 && lds && lds->state() == db::DataSetState::Browse && lds->recNo() != row;
+        const int back = lds ? lds->recNo() : -1;
+        if (move) {
+            model_->setQuiet(true);
+            lds->setRecNo(row);
+        }
+        try {
+            icon = OnGetImage(self, row);
+        } catch (...) {
+            if (move) {
+                lds->setRecNo(back);
+                model_->setQuiet(false);
+            }
+            throw;
+        }
+        if (move) {
+            lds->setRecNo(back);
+            model_->setQuiet(false);
+        }
+    });
+    icons_.insert(row, icon);
+    return icon.isNull() ? QVariant() : QVariant(icon);
+}
+
+// ---- the key
+
+bool LookupCombo::isBound() const {
+    return dataSource_ && dataSource_->dataSet() && !dataField_.isEmpty();
+}
+
+db::Field* LookupCombo::boundField() const {
+    if (!isBound()) return nullptr;
+    db::AbstractDataSet* ds = dataSource_->dataSet();
+    if (!ds->active()) return nullptr;
+    return ds->findField(dataField_);
+}
+
+QVariant LookupCombo::keyValue() const {
+    if (!isBound()) return ownKey_;
+    db::Field* f = boundField();
+    if (!f || f->dataSet()->recNo() < 0) return QVariant();
+    return f->isNull() ? QVariant() : f->value();
+}
+
+void LookupCombo::writeKey(const QVariant& key) {
+    if (!isBound()) {
+        ownKey_ = isNullKey(key) ? QVariant() : key;
+        return;
+    }
+    db::AbstractDataSet* ds = dataSource_->dataSet();
+    db::Field* f = ds->fieldByName(dataField_); // throws naming the missing field
+    if (!ds->inEditMode()) ds->edit();
+    if (isNullKey(key))
+        f->clear();
+    else
+        f->setValue(key);
+}
+
+void LookupCombo::setKeyValue(const QVariant& key) {
+    const QVariant old = keyValue();
+    if (!sameKey(old, key)) {
+        writeKey(key);
+        syncFromKey();
+        if (OnChange) OnChange(this);
+    } else {
+        syncFromKey();
+    }
+}
+
+void LookupCombo::clear() {
+    if (!isNullKey(keyValue())) writeKey(QVariant());
+    syncFromKey();
+}
+
+QString LookupCombo::displayText() const {
+    const int row = rowOfKey(keyValue());
+    if (row < 0) return QString();
+    return model_->textAt(row, model_->fieldIndex(0));
+}
+
+void LookupCombo::syncFromKey() {
+    if (syncing_) return;
+    QScopedValueRollback guard(syncing_, true);
+    const QVariant key = keyValue();
+    const int row = rowOfKey(key);
+    int comboRow = -1;
+    if (row >= 0)
+        comboRow = model_->modelRow(row);
+    else if (isNullKey(key) && model_->hasLeadingRow())
+        comboRow = 0;
+    if (combo_->currentIndex() != comboRow) combo_->setCurrentIndex(comboRow);
+    // The lookup dataset's current row is the chosen one, so that its other fields can be read.
+    db::AbstractDataSet* lds = model_->dataSet();
+    if (row >= 0 && lds && lds->state() == db::DataSetState::Browse && lds->recNo() != row)
+        guarded([&] { lds->setRecNo(row); });
+}
+
+void LookupCombo::userChoseRow(int comboRow) {
+    if (readOnly_) {
+        syncFromKey();
+        return;
+    }
+    guarded([&] {
+        QVariant key;
+        const int row = model_->dataSetRow(comboRow);
+        if (row >= 0) key = model_->valueAt(row, lookupKeyIndex());
+        const bool changed = !sameKey(keyValue(), key);
+        if (changed) {
+            try {
+                writeKey(key);
+            } catch (...) {
+                syncFromKey();
+                throw;
+            }
+        }
+        syncFromKey();
+        if (changed && OnChange) OnChange(this);
+        if (OnClick) OnClick(this);
+    });
+}
+
+// ---- the drop-down
+
+bool LookupCombo::isDroppedDown() const {
+    return combo_->view() && combo_->view()->isVisible();
+}
+
+bool LookupCombo::mayDropDown() {
+    if (readOnly_) return false;
+    bool show = true;
+    if (OnDropDown && !guarded([&] { OnDropDown(this, show); })) return false;
+    return show;
+}
+
+void LookupCombo::dropDown() {
+    if (!isDroppedDown()) combo_->showPopup();
+}
+
+void LookupCombo::closeUp(bool accept) {
+    if (!isDroppedDown()) return;
+    const QModelIndex idx = combo_->view()->currentIndex();
+    combo_->hidePopup();
+    if (accept && idx.isValid()) {
+        combo_->setCurrentIndex(idx.row());
+        userChoseRow(idx.row());
+    }
+}
+
+// ---- keys
+
+bool LookupCombo::eventFilter(QObject* o, QEvent* e) {
+    if (o != combo_) return QWidget::eventFilter(o, e);
+    if (e->type() == QEvent::Wheel) return readOnly_ || !combo_->hasFocus();
+    if (e->type() != QEvent::KeyPress) return QWidget::eventFilter(o, e);
+
+    auto* ke = static_cast<QKeyEvent*>(e);
+    int key = ke->key();
+    const Qt::KeyboardModifiers mods = ke->modifiers();
+    if (OnKeyDown) {
+        if (!guarded([&] { OnKeyDown(this, key, mods); })) return true;
+        if (key == 0) return true;
+    }
+    const Qt::KeyboardModifiers plain = mods & ~Qt::KeypadModifier;
+    if (key == Qt::Key_Delete && plain == Qt::NoModifier) {
+        if (escapeClear_ && !readOnly_) {
+            guarded([&] {
+                const bool had = !isNullKey(keyValue());
+                clear();
+                if (had && OnChange) OnChange(this);
+            });
+        }
+        return true;
+    }
+    if ((key == Qt::Key_F2 && plain == Qt::NoModifier) ||
+        ((key == Qt::Key_Down || key == Qt::Key_Up) && plain == Qt::AltModifier)) {
+        dropDown();
+        return true;
+    }
+    if (readOnly_) {
+        // Nothing that would change the value gets through; focus and dialog keys do.
+        switch (key) {
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+        case Qt::Key_PageUp:
+        case Qt::Key_PageDown:
+        case Qt::Key_Home:
+        case Qt::Key_End:
+        case Qt::Key_Space:
+        case Qt::Key_F4:
+            return true;
+        default:
+            if (!ke->text().isEmpty() && ke->text().at(0).isPrint() && !(plain & Qt::ControlModifier))
+                return true;
+        }
+    }
+    return QWidget::eventFilter(o, e);
+}
+
+} // namespace frames::ui
