@@ -94,6 +94,9 @@ public:
     QVariant valueAt(int row, int column) const;
     QVariant currentValue(int column) const; // edit buffer in edit/insert state
     void setCurrentValue(int column, const QVariant& v);
+    // Exact decimal text of a Numeric field's current value (a double cannot hold every
+    // numeric(18,x)); empty for null.
+    QString currentNumericText(int column) const;
 
     // ---- events (handlers may throw to abort the operation)
     Event<AbstractDataSet&> beforeOpen, afterOpen, beforeClose, afterClose;
@@ -105,9 +108,9 @@ signals:
     // For DataSource and controls. Not emitted while controls are disabled; enableControls
     // emits dataSetChanged once.
     void stateChanged();
-    void recordChanged();           // the cursor moved or the current row's values changed
-    void fieldChanged(int column);  // one field of the edit buffer changed
-    void dataSetChanged();          // rows added, removed, reordered, reopened
+    void recordChanged();          // the cursor moved or the current row's values changed
+    void fieldChanged(int column); // one field of the edit buffer changed
+    void dataSetChanged();         // rows added, removed, reordered, reopened
 
 protected:
     // Storage interface for the two kinds of dataset. Physical rows are indices into storage.
@@ -120,25 +123,46 @@ protected:
     virtual int storePost(int physRow, const std::vector<QVariant>& oldValues,
                           const std::vector<QVariant>& newValues) = 0;
     virtual void storeDelete(int physRow) = 0; // DataSet runs its delete SQL first
+    // Exact text of a stored Numeric value; a null QString lets the caller format the double.
+    virtual QString storageNumericText(int physRow, int column) const { return {}; }
+    // How error messages name this dataset.
+    virtual QString description() const;
 
+    // During doOpen a field with the same index, name, type, size and scale as before the
+    // reopen is kept (with its handlers, tag and format), so pointers to fields stay valid.
     Field* addField(const QString& name, FieldType type, int size = 0, int scale = 0);
     void clearFields();
-    // Subclasses call this after storage changed wholesale (fetch-all, refresh).
+    // Subclasses call this after storage changed wholesale (fetch-all, refresh): the view
+    // becomes every storage row in storage order (sorted again when sort keys are set).
     void resetView();
+    int physicalRow(int viewRow) const { return view_[size_t(viewRow)]; }
+    // Replaces the values of the current row from storage (after a refresh): tells controls.
+    void currentRowChanged();
 
 private:
-    // Helper fields; the implementation may add more.
+    void checkActive() const;
+    void checkBrowseMode();
+    void scroll(int row, bool eof, bool bof);
+    void beginInsert(bool atEnd);
+    void applySort();
+    int viewIndexOf(int physRow) const;
+    std::vector<QVariant> rowValues(int physRow) const;
+    void notifyState();
+    void notifyRecord();
+    void notifyField(int column);
+    void notifyDataSet();
+
     std::vector<std::unique_ptr<Field>> fields_;
-    std::vector<int> view_; // view order -> physical row; empty means identity
-    std::vector<int> insertedAt_;
-    std::vector<QVariant> buffer_; // edit buffer
+    std::vector<std::unique_ptr<Field>> oldFields_; // reusable during open()
+    std::vector<int> view_;                         // view order -> physical row
+    std::vector<QVariant> buffer_;                  // edit buffer
+    std::vector<QVariant> oldBuffer_;               // the row as read, while editing
     QList<SortKey> sortKeys_;
     DataSetState state_ = DataSetState::Inactive;
     int cur_ = -1;
     int insertRow_ = -1; // view position of a row being inserted
     bool eof_ = true, bof_ = true, modified_ = false;
     int disableCount_ = 0;
-    bool pendingChange_ = false;
 };
 
 } // namespace frames::db

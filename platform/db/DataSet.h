@@ -3,6 +3,7 @@
 #include "platform/db/Params.h"
 #include <QStringList>
 #include <memory>
+#include <vector>
 
 namespace frames::db {
 
@@ -78,9 +79,20 @@ protected:
     int storePost(int physRow, const std::vector<QVariant>& oldValues,
                   const std::vector<QVariant>& newValues) override;
     void storeDelete(int physRow) override;
+    QString description() const override;
+    QString storageNumericText(int physRow, int column) const override;
 
 private:
     struct Rows;
+    Transaction* readTransaction() const;
+    Transaction* writeTransaction() const;
+    Statement* cachedStatement(const QString& sql, Transaction* tr);
+    // Values for the parameters of a modifying statement: NAME from `values`, OLD_NAME from `old`.
+    std::vector<QVariant> modifyValues(const Statement& st, const std::vector<QVariant>& old,
+                                       const std::vector<QVariant>& values) const;
+    void runModify(const QString& sql, const std::vector<QVariant>& old, const std::vector<QVariant>& values,
+                   std::vector<QVariant>* returning);
+
     Database* db_ = nullptr;
     Transaction* tr_ = nullptr;
     Transaction* updateTr_ = nullptr;
@@ -88,6 +100,7 @@ private:
     Params params_;
     std::unique_ptr<Statement> stmt_;
     std::unique_ptr<Rows> rows_;
+    std::vector<std::unique_ptr<Statement>> modifyStmts_; // refresh/insert/update/delete, reused
 };
 
 } // namespace frames::db

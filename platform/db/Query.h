@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <QVariant>
 #include <memory>
+#include <vector>
 
 namespace frames::db {
 
@@ -52,12 +53,17 @@ public:
     QVariant value(const QString& column) const; // throws db::Error when the column is absent
     int rowsAffected() const;
 
+    // Statements prepared by this process so far (shows statement reuse).
+    static quint64 prepareCount();
+
 private:
     Database* db_ = nullptr;
     Transaction* tr_ = nullptr;
     QString sql_;
     Params params_;
     std::unique_ptr<Statement> stmt_;
+    std::vector<char> rowBuf_; // current row (cursor) or exec()'s output row
+    bool rowValid_ = false;
 };
 
 } // namespace frames::db

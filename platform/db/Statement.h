@@ -68,6 +68,8 @@ public:
     }
     // Reads a column of a raw row; blobs are read in `tr` (started if needed).
     QVariant decode(const char* row, int col, Transaction* tr) const;
+    // Exact decimal text of a scaled integer column; a null QString for other columns.
+    QString numericText(const char* row, int col) const;
 
     // Number of statements prepared by this process (lets tests see reuse).
     static quint64 prepareCount();

@@ -15,7 +15,7 @@ struct TransactionOptions {
     Isolation isolation = Isolation::ReadCommittedRecVersion;
     bool readOnly = false;
     bool wait = true;
-    int lockTimeout = 0;  // seconds when wait is on; 0 = wait for ever
+    int lockTimeout = 0;          // seconds when wait is on; 0 = wait for ever
     bool commitOnTimeout = false; // action when a dataset closes an idle transaction
 
     static TransactionOptions read() { return {Isolation::ReadCommittedRecVersion, true, true, 0, false}; }

@@ -1,0 +1,246 @@
+#include "platform/db/DataSet.h"
+#include "platform/db/Database.h"
+#include "platform/db/Statement.h"
+#include "platform/db/Transaction.h"
+#include <unordered_map>
+
+namespace frames::db {
+
+// Fetched rows are the raw output messages, kept in fixed-size chunks so that growing never
+// copies; posted and inserted rows are kept decoded in an overlay.
+struct DataSet::Rows {
+    size_t stride = 0;
+    int chunkRows = 256;
+    int fetched = 0;
+    int extra = 0; // inserted rows: physical rows fetched .. fetched + extra - 1
+    std::vector<std::unique_ptr<char[]>> chunks;
+    std::unordered_map<int, std::vector<QVariant>> overlay;
+
+    explicit Rows(unsigned msgLen) {
+        stride = (size_t(std::max(1u, msgLen)) + 7) & ~size_t(7);
+        chunkRows = int(std::max<size_t>(64, (size_t(1) << 18) / stride));
+    }
+    const char* row(int r) const {
+        return chunks[size_t(r / chunkRows)].get() + size_t(r % chunkRows) * stride;
+    }
+    char* slot(int r) {
+        const size_t c = size_t(r / chunkRows);
+        if (c == chunks.size()) chunks.emplace_back(new char[stride * size_t(chunkRows)]);
+        return chunks[c].get() + size_t(r % chunkRows) * stride;
+    }
+};
+
+DataSet::DataSet(QObject* parent) : AbstractDataSet(parent) {}
+
+DataSet::DataSet(Database* db, Transaction* tr, QObject* parent)
+    : AbstractDataSet(parent), db_(db), tr_(tr) {}
+
+DataSet::~DataSet() = default;
+
+void DataSet::setDatabase(Database* db) {
+    if (db == db_) return;
+    close();
+    stmt_.reset();
+    modifyStmts_.clear();
+    db_ = db;
+}
+
+void DataSet::setTransaction(Transaction* tr) {
+    tr_ = tr;
+}
+
+void DataSet::setSelectSql(const QString& s) {
+    if (s == select_) return;
+    select_ = s;
+    params_.rebuild(ScannedSql::scan(s).names);
+    if (!active()) stmt_.reset();
+}
+
+Param* DataSet::paramByName(const QString& name) {
+    return params_.byName(name, select_);
+}
+Param* DataSet::findParam(const QString& name) {
+    return params_.find(name);
+}
+
+QString DataSet::description() const {
+    QString sql = select_.simplified();
+    if (sql.size() > 300) sql = sql.left(300) + QStringLiteral("...");
+    return QStringLiteral("%1 (%2)").arg(objectName().isEmpty() ? QStringLiteral("DataSet") : objectName(),
+                                         sql);
+}
+
+Transaction* DataSet::readTransaction() const {
+    if (tr_) return tr_;
+    if (db_ && db_->defaultTransaction()) return db_->defaultTransaction();
+    throw Error::configuration(QStringLiteral("No transaction for dataset %1").arg(description()));
+}
+
+Transaction* DataSet::writeTransaction() const {
+    if (Transaction* t = updateTransaction()) return t;
+    return readTransaction();
+}
+
+void DataSet::prepare() {
+    if (stmt_ && stmt_->sql() == select_) return;
+    if (!db_ && tr_) db_ = tr_->database();
+    if (!db_) throw Error::configuration(QStringLiteral("No database for dataset %1").arg(description()));
+    if (select_.trimmed().isEmpty())
+        throw Error::configuration(QStringLiteral("Dataset %1 has no select statement").arg(description()));
+    stmt_.reset();
+    stmt_ = std::make_unique<Statement>(db_, readTransaction(), select_);
+}
+
+void DataSet::doOpen() {
+    prepare();
+    Transaction* tr = readTransaction();
+    Statement& st = *stmt_;
+    st.bind(params_, tr);
+    for (const Column& c : st.columns()) addField(c.name, c.type, c.size, -c.scale);
+    auto rows = std::make_unique<Rows>(st.messageLength());
+    st.openCursor(tr);
+    try {
+        while (st.fetch(rows->slot(rows->fetched))) ++rows->fetched;
+    } catch (...) {
+        st.closeCursor();
+        throw;
+    }
+    rows_ = std::move(rows);
+}
+
+void DataSet::doClose() {
+    if (stmt_) stmt_->closeCursor();
+    rows_.reset();
+}
+
+int DataSet::storageCount() const {
+    return rows_ ? rows_->fetched + rows_->extra : 0;
+}
+
+QVariant DataSet::storageValue(int physRow, int column) const {
+    if (!rows_) return {};
+    if (!rows_->overlay.empty()) {
+        auto it = rows_->overlay.find(physRow);
+        if (it != rows_->overlay.end())
+            return size_t(column) < it->second.size() ? it->second[size_t(column)] : QVariant();
+    }
+    if (physRow < 0 || physRow >= rows_->fetched) return {};
+    return stmt_->decode(rows_->row(physRow), column, readTransaction());
+}
+
+QString DataSet::storageNumericText(int physRow, int column) const {
+    if (!rows_ || physRow < 0 || physRow >= rows_->fetched) return {};
+    if (!rows_->overlay.empty() && rows_->overlay.count(physRow)) return {};
+    return stmt_->numericText(rows_->row(physRow), column);
+}
+
+Statement* DataSet::cachedStatement(const QString& sql, Transaction* tr) {
+    for (auto& s : modifyStmts_)
+        if (s->sql() == sql) return s.get();
+    if (!db_) throw Error::configuration(QStringLiteral("No database for dataset %1").arg(description()));
+    modifyStmts_.push_back(std::make_unique<Statement>(db_, tr, sql));
+    if (modifyStmts_.size() > 8) modifyStmts_.erase(modifyStmts_.begin());
+    return modifyStmts_.back().get();
+}
+
+std::vector<QVariant> DataSet::modifyValues(const Statement& st, const std::vector<QVariant>& old,
+                                            const std::vector<QVariant>& values) const {
+    std::vector<QVariant> r;
+    for (const QString& name : st.scanned().names) {
+        QVariant v;
+        bool found = false;
+        if (name.startsWith(QStringLiteral("OLD_"), Qt::CaseInsensitive)) {
+            if (const Field* f = findField(name.mid(4))) {
+                v = size_t(f->index()) < old.size() ? old[size_t(f->index())] : QVariant();
+                found = true;
+            }
+        }
+        if (!found) {
+            if (const Field* f = findField(name)) {
+                v = size_t(f->index()) < values.size() ? values[size_t(f->index())] : QVariant();
+                found = true;
+            }
+        }
+        if (!found) {
+            if (const Param* p = params_.find(name)) v = p->value();
+        }
+        r.push_back(v);
+    }
+    return r;
+}
+
+void DataSet::runModify(const QString& sql, const std::vector<QVariant>& old,
+                        const std::vector<QVariant>& values, std::vector<QVariant>* returning) {
+    Transaction* tr = writeTransaction();
+    tr->ensureStarted();
+    Statement* st = cachedStatement(sql, tr);
+    st->bind(modifyValues(*st, old, values), tr);
+    if (st->hasCursor()) { // a selectable procedure used to modify: run it, ignore its rows
+        st->openCursor(tr);
+        std::vector<char> row(std::max(1u, st->messageLength()));
+        bool got = st->fetch(row.data());
+        st->closeCursor();
+        if (!got) return;
+        if (returning)
+            for (size_t i = 0; i < st->columns().size(); ++i)
+                if (const Field* f = findField(st->columns()[i].name))
+                    (*returning)[size_t(f->index())] = st->decode(row.data(), int(i), tr);
+        return;
+    }
+    st->execute(tr);
+    if (returning)
+        for (size_t i = 0; i < st->columns().size(); ++i)
+            if (const Field* f = findField(st->columns()[i].name))
+                (*returning)[size_t(f->index())] = st->decode(st->outputRow(), int(i), tr);
+}
+
+int DataSet::storePost(int physRow, const std::vector<QVariant>& oldValues,
+                       const std::vector<QVariant>& newValues) {
+    std::vector<QVariant> stored = newValues;
+    if (physRow < 0) {
+        if (!insert_.trimmed().isEmpty()) runModify(insert_, oldValues, newValues, &stored);
+        const int phys = rows_->fetched + rows_->extra;
+        ++rows_->extra;
+        rows_->overlay[phys] = std::move(stored);
+        return phys;
+    }
+    if (!update_.trimmed().isEmpty()) runModify(update_, oldValues, newValues, &stored);
+    rows_->overlay[physRow] = std::move(stored);
+    return physRow;
+}
+
+void DataSet::storeDelete(int physRow) {
+    if (delete_.trimmed().isEmpty()) return;
+    std::vector<QVariant> values(static_cast<size_t>(fieldCount()));
+    for (int i = 0; i < fieldCount(); ++i) values[size_t(i)] = storageValue(physRow, i);
+    runModify(delete_, values, values, nullptr);
+}
+
+void DataSet::refreshRecord() {
+    if (!active()) return;
+    if (inEditMode()) cancel();
+    if (recNo() < 0) return;
+    if (refresh_.trimmed().isEmpty()) {
+        reopen(true);
+        return;
+    }
+    const int phys = physicalRow(recNo());
+    std::vector<QVariant> values(static_cast<size_t>(fieldCount()));
+    for (int i = 0; i < fieldCount(); ++i) values[size_t(i)] = storageValue(phys, i);
+    Transaction* tr = readTransaction();
+    Statement* st = cachedStatement(refresh_, tr);
+    st->bind(modifyValues(*st, values, values), tr);
+    st->openCursor(tr);
+    std::vector<char> row(std::max(1u, st->messageLength()));
+    const bool got = st->fetch(row.data());
+    st->closeCursor();
+    if (!got) return;
+    for (size_t i = 0; i < st->columns().size(); ++i)
+        if (const Field* f = findField(st->columns()[i].name))
+            values[size_t(f->index())] = convertForField(f->dataType(), f->scale(),
+                                                         st->decode(row.data(), int(i), tr), f->fieldName());
+    rows_->overlay[phys] = std::move(values);
+    currentRowChanged();
+}
+
+} // namespace frames::db

@@ -1,0 +1,204 @@
+#include "platform/db/Database.h"
+#include "platform/db/FbCommon.h"
+#include "platform/db/Transaction.h"
+#include <QRegularExpression>
+
+namespace frames::db {
+
+using namespace Firebird;
+
+Database::Database(QObject* parent) : QObject(parent) {}
+
+Database::~Database() {
+    try {
+        close();
+    } catch (...) {
+        if (attachment_) attachment_->release();
+        attachment_ = nullptr;
+    }
+    for (Transaction* t : transactions_) t->db_ = nullptr;
+}
+
+void Database::attach(const QString& connectString, const Options& options, bool create) {
+    if (attachment_) close();
+    const QByteArray path = connectString.toUtf8();
+    const QString context = QStringLiteral("Database: %1").arg(connectString);
+    fb::call(
+        [&](fb::Status* st) {
+            IXpbBuilder* dpb = fb::util()->getXpbBuilder(st, IXpbBuilder::DPB, nullptr, 0);
+            try {
+                dpb->insertString(st, isc_dpb_user_name, options.user.toUtf8().constData());
+                dpb->insertString(st, isc_dpb_password, options.password.toUtf8().constData());
+                if (!options.role.isEmpty())
+                    dpb->insertString(st, isc_dpb_sql_role_name, options.role.toUtf8().constData());
+                dpb->insertString(st, isc_dpb_lc_ctype, "UTF8");
+                if (create) {
+                    dpb->insertInt(st, isc_dpb_page_size, 8192);
+                    dpb->insertString(st, isc_dpb_set_db_charset, "WIN1251");
+                    dpb->insertInt(st, isc_dpb_sql_dialect, 3);
+                }
+                IProvider* prov = fb::master()->getDispatcher();
+                try {
+                    if (create)
+                        attachment_ = prov->createDatabase(st, path.constData(), dpb->getBufferLength(st),
+                                                           dpb->getBuffer(st));
+                    else
+                        attachment_ = prov->attachDatabase(st, path.constData(), dpb->getBufferLength(st),
+                                                           dpb->getBuffer(st));
+                } catch (...) {
+                    prov->release();
+                    throw;
+                }
+                prov->release();
+            } catch (...) {
+                dpb->dispose();
+                throw;
+            }
+            dpb->dispose();
+        },
+        context);
+    connectString_ = connectString;
+}
+
+void Database::open(const QString& connectString, const Options& options) {
+    attach(connectString, options, false);
+}
+
+void Database::create(const QString& connectString, const Options& options) {
+    attach(connectString, options, true);
+}
+
+void Database::close() {
+    if (!attachment_) return;
+    for (Transaction* t : QList<Transaction*>(transactions_)) {
+        if (t->active()) {
+            try {
+                t->rollback();
+            } catch (const Error&) {
+                // the attachment is going away; the server rolls back what is left
+            }
+        }
+    }
+    IAttachment* a = attachment_;
+    attachment_ = nullptr;
+    try {
+        fb::Status st;
+        a->detach(&st);
+    } catch (const FbException&) {
+        a->release();
+    }
+}
+
+bool Database::isOpen() const {
+    return attachment_ != nullptr;
+}
+
+void Database::executeImmediate(const QString& sql) {
+    if (!attachment_) throw Error::configuration(QStringLiteral("Database is not open: %1").arg(sql));
+    Transaction tr(this,
+                   TransactionOptions{TransactionOptions::Isolation::Concurrency, false, true, 0, false});
+    tr.start();
+    const QByteArray text = sql.toUtf8();
+    fb::call(
+        [&](fb::Status* st) {
+            attachment_->execute(st, tr.handle(), unsigned(text.size()), text.constData(), 3, nullptr,
+                                 nullptr, nullptr, nullptr);
+        },
+        QStringLiteral("Statement: %1").arg(sql));
+    tr.commit();
+}
+
+void Database::executeScript(const QString& scriptText) {
+    static const QRegularExpression clientOnly(
+        QStringLiteral("^(commit(\\s+work)?|set\\s+(sql\\s+dialect|names|autoddl|echo|bail|list|stats|"
+                       "plan|heading|count|warnings)\\b.*)$"),
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
+    const QStringList statements = SqlScript::split(scriptText);
+    for (int i = 0; i < statements.size(); ++i) {
+        const QString& s = statements[i];
+        if (clientOnly.match(s).hasMatch()) continue;
+        try {
+            executeImmediate(s);
+        } catch (const Error& e) {
+            QString text = e.text();
+            // executeImmediate appended the whole statement; replace it with the short form.
+            const int at = text.lastIndexOf(QStringLiteral("\nStatement: "));
+            if (at >= 0) text.truncate(at);
+            text += QStringLiteral("\nScript statement %1: %2").arg(i + 1).arg(s.left(200));
+            throw Error(e.kind(), text, e.gdsCodes(), e.sqlCode());
+        }
+    }
+}
+
+// ---- SqlScript
+
+QStringList SqlScript::split(const QString& script) {
+    static const QRegularExpression setTerm(QStringLiteral("^set\\s+term\\s+(\\S+)$"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    QStringList out;
+    QString term = QStringLiteral(";");
+    QString cur;
+    const int n = int(script.size());
+    bool content = false; // cur holds more than white space
+    auto finish = [&] {
+        const QString s = cur.trimmed();
+        cur.clear();
+        content = false;
+        if (s.isEmpty()) return;
+        const auto m = setTerm.match(s);
+        if (m.hasMatch()) {
+            term = m.captured(1);
+            return;
+        }
+        out << s;
+    };
+    int i = 0;
+    while (i < n) {
+        const QChar c = script[i];
+        const bool blank = !content;
+        if (c == '\'' || c == '"') {
+            int j = i + 1;
+            while (j < n) {
+                if (script[j] == c) {
+                    if (j + 1 < n && script[j + 1] == c) {
+                        j += 2;
+                        continue;
+                    }
+                    break;
+                }
+                ++j;
+            }
+            const int end = std::min(j + 1, n);
+            cur += script.mid(i, end - i);
+            content = true;
+            i = end;
+            continue;
+        }
+        if (c == '-' && i + 1 < n && script[i + 1] == '-') {
+            int j = script.indexOf('\n', i);
+            if (j < 0) j = n;
+            if (!blank) cur += script.mid(i, j - i);
+            i = j;
+            continue;
+        }
+        if (c == '/' && i + 1 < n && script[i + 1] == '*') {
+            int j = script.indexOf(QStringLiteral("*/"), i + 2);
+            j = j < 0 ? n : j + 2;
+            if (!blank) cur += script.mid(i, j - i);
+            i = j;
+            continue;
+        }
+        if (QStringView(script).mid(i).startsWith(term, Qt::CaseInsensitive)) {
+            finish();
+            i += int(term.size());
+            continue;
+        }
+        cur += c;
+        if (!c.isSpace()) content = true;
+        ++i;
+    }
+    finish();
+    return out;
+}
+
+} // namespace frames::db

@@ -1,0 +1,112 @@
+#include "platform/db/Params.h"
+#include "platform/db/Error.h"
+
+namespace frames::db {
+
+namespace {
+
+bool identChar(QChar c) {
+    return c.isLetterOrNumber() || c == '_' || c == '$';
+}
+
+} // namespace
+
+ScannedSql ScannedSql::scan(const QString& sql) {
+    ScannedSql r;
+    const int n = int(sql.size());
+    r.positionalSql.reserve(n);
+    int unnamed = 0;
+    int i = 0;
+    auto copyTo = [&](int end) {
+        r.positionalSql += QStringView(sql).mid(i, end - i);
+        i = end;
+    };
+    while (i < n) {
+        const QChar c = sql[i];
+        if (c == '\'' || c == '"') {
+            int j = i + 1;
+            while (j < n) {
+                if (sql[j] == c) {
+                    if (j + 1 < n && sql[j + 1] == c) {
+                        j += 2;
+                        continue;
+                    }
+                    break;
+                }
+                ++j;
+            }
+            copyTo(std::min(j + 1, n));
+            continue;
+        }
+        if (c == '-' && i + 1 < n && sql[i + 1] == '-') {
+            int j = sql.indexOf('\n', i);
+            copyTo(j < 0 ? n : j);
+            continue;
+        }
+        if (c == '/' && i + 1 < n && sql[i + 1] == '*') {
+            int j = sql.indexOf(QStringLiteral("*/"), i + 2);
+            copyTo(j < 0 ? n : j + 2);
+            continue;
+        }
+        const bool prevOk = i == 0 || (!identChar(sql[i - 1]) && sql[i - 1] != ':');
+        if ((c == ':' || c == '?') && prevOk && i + 1 < n && identChar(sql[i + 1]) && sql[i + 1] != '$') {
+            int j = i + 1;
+            while (j < n && identChar(sql[j])) ++j;
+            const QString name = sql.mid(i + 1, j - i - 1);
+            int idx = -1;
+            for (int k = 0; k < r.names.size(); ++k)
+                if (r.names[k].compare(name, Qt::CaseInsensitive) == 0) {
+                    idx = k;
+                    break;
+                }
+            if (idx < 0) {
+                idx = int(r.names.size());
+                r.names << name;
+            }
+            r.positions.push_back(idx);
+            r.positionalSql += '?';
+            i = j;
+            continue;
+        }
+        if (c == '?') {
+            r.positions.push_back(int(r.names.size()));
+            r.names << QStringLiteral("?%1").arg(++unnamed);
+            r.positionalSql += '?';
+            ++i;
+            continue;
+        }
+        r.positionalSql += c;
+        ++i;
+    }
+    return r;
+}
+
+void Params::rebuild(const QStringList& names) {
+    std::vector<std::unique_ptr<Param>> next;
+    next.reserve(size_t(names.size()));
+    for (const QString& name : names) {
+        std::unique_ptr<Param> p;
+        for (auto& old : items_)
+            if (old && old->name().compare(name, Qt::CaseInsensitive) == 0) {
+                p = std::move(old);
+                break;
+            }
+        if (!p) p = std::make_unique<Param>(name);
+        next.push_back(std::move(p));
+    }
+    items_ = std::move(next);
+}
+
+Param* Params::find(const QString& name) const {
+    for (auto& p : items_)
+        if (p->name().compare(name, Qt::CaseInsensitive) == 0) return p.get();
+    return nullptr;
+}
+
+Param* Params::byName(const QString& name, const QString& sqlForMessage) const {
+    if (Param* p = find(name)) return p;
+    throw Error::configuration(
+        QStringLiteral("Parameter \"%1\" not found in statement: %2").arg(name, sqlForMessage.simplified()));
+}
+
+} // namespace frames::db
