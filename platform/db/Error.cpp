@@ -63,7 +63,8 @@ Error toError(const Firebird::IStatus* status, const QString& context) {
     }
     int sqlCode = v ? int(isc_sqlcode(v)) : 0;
     if (!context.isEmpty()) text += QStringLiteral("\n") + context;
-    return Error(kindOf(codes), text, std::move(codes), sqlCode);
+    const Error::Kind kind = kindOf(codes);
+    return Error(kind, text, std::move(codes), sqlCode);
 }
 
 void rethrow(const Firebird::FbException& e, const QString& context) {
