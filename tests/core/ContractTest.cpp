@@ -4,6 +4,7 @@
 #include "frames/core/Tyapi.h"
 #include "frames/lookup/LF_Abs.h"
 #include "platform/db/Error.h"
+#include "platform/db/Query.h"
 #include "tests/support/DbFixture.h"
 #include <QJsonDocument>
 #include <QVBoxLayout>
