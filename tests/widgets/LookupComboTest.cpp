@@ -1,0 +1,271 @@
+#include "platform/widgets/LookupCombo.h"
+#include "Tables.h"
+#include "platform/db/Field.h"
+#include "platform/widgets/DataSetModel.h"
+#include "platform/widgets/ErrorReporter.h"
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QTableView>
+#include <QTest>
+#include <QToolButton>
+#include <gtest/gtest.h>
+
+using namespace frames;
+using namespace widgets_test;
+
+namespace {
+
+struct Combo {
+    Tables tb;
+    ui::LookupCombo lc;
+    QStringList events;
+
+    explicit Combo(bool bound = true) {
+        lc.setLookupSource(&tb.colorsSrc);
+        lc.setLookupField("ID");
+        lc.setLookupDisplay("NAME");
+        if (bound) {
+            lc.setDataSource(&tb.goodsSrc);
+            lc.setDataField("COLOR_ID");
+        }
+        lc.OnChange = [this](QObject*) { events << "change"; };
+        lc.OnClick = [this](QObject*) { events << "click"; };
+        lc.resize(300, 24);
+        lc.show();
+    }
+    QString shown() const { return lc.comboBox()->currentText(); }
+};
+
+} // namespace
+
+TEST(LookupCombo, BoundComboFollowsTheRecord) {
+    Combo c;
+    EXPECT_EQ(c.shown(), "Green");
+    EXPECT_EQ(c.lc.displayText(), "Green");
+    EXPECT_EQ(c.lc.keyValue().toInt(), 2);
+    EXPECT_EQ(c.tb.colors.recNo(), 1); // the list's cursor sits on the shown row
+    c.tb.goods.next();
+    EXPECT_EQ(c.shown(), "Blue");
+    EXPECT_EQ(c.tb.colors.recNo(), 2);
+    c.tb.goods.next(); // null key
+    EXPECT_EQ(c.shown(), "");
+    EXPECT_FALSE(c.lc.keyValue().isValid());
+    c.tb.goods.next(); // a key the list does not hold shows nothing
+    EXPECT_EQ(c.shown(), "");
+    EXPECT_EQ(c.lc.displayText(), "");
+    EXPECT_EQ(c.lc.keyValue().toInt(), 99);
+    // An edit of the record's field shows at once.
+    c.tb.goods.edit();
+    c.tb.goods.fieldByName("COLOR_ID")->setValue(1);
+    EXPECT_EQ(c.shown(), "Red");
+    c.tb.goods.cancel();
+    EXPECT_EQ(c.shown(), "");
+    // Reloading the list rebuilds the key index.
+    c.tb.colors.appendRecord({99, "Black", 0});
+    EXPECT_EQ(c.shown(), "Black");
+    EXPECT_TRUE(c.events.isEmpty()); // following the record fires nothing
+}
+
+TEST(LookupCombo, ChoosingARowWritesTheKeyAndFiresChangeThenClick) {
+    Combo c;
+    ASSERT_EQ(c.tb.goods.state(), db::DataSetState::Browse);
+    c.lc.dropDown();
+    ASSERT_TRUE(c.lc.isDroppedDown());
+    QAbstractItemView* view = c.lc.comboBox()->view();
+    view->setCurrentIndex(view->model()->index(0, 0));
+    QTest::keyClick(view, Qt::Key_Return);
+    EXPECT_FALSE(c.lc.isDroppedDown());
+    EXPECT_EQ(c.events, QStringList({"change", "click"}));
+    EXPECT_EQ(c.tb.goods.state(), db::DataSetState::Edit);
+    EXPECT_EQ(c.tb.goods.fieldByName("COLOR_ID")->asInteger(), 1);
+    EXPECT_EQ(c.shown(), "Red");
+
+    // The same row again: a click, no change.
+    c.events.clear();
+    c.lc.dropDown();
+    view->setCurrentIndex(view->model()->index(0, 0));
+    c.lc.closeUp(true);
+    EXPECT_EQ(c.events, QStringList({"click"}));
+
+    // Closing without accepting changes nothing.
+    c.events.clear();
+    c.lc.dropDown();
+    view->setCurrentIndex(view->model()->index(2, 0));
+    c.lc.closeUp(false);
+    EXPECT_TRUE(c.events.isEmpty());
+    EXPECT_EQ(c.tb.goods.fieldByName("COLOR_ID")->asInteger(), 1);
+
+    // A read-only combo neither opens nor takes keyboard choices.
+    c.lc.setReadOnly(true);
+    c.lc.comboBox()->setFocus();
+    c.lc.dropDown();
+    EXPECT_FALSE(c.lc.isDroppedDown());
+    QTest::keyClick(c.lc.comboBox(), Qt::Key_Down);
+    EXPECT_EQ(c.tb.goods.fieldByName("COLOR_ID")->asInteger(), 1);
+    EXPECT_TRUE(c.events.isEmpty());
+}
+
+TEST(LookupCombo, DeleteKeyClears) {
+    Combo c;
+    QComboBox* box = c.lc.comboBox();
+    QList<int> seen;
+    bool swallow = false;
+    c.lc.OnKeyDown = [&](QObject*, int& key, Qt::KeyboardModifiers) {
+        if (key == Qt::Key_Control || key == Qt::Key_Shift) return; // the modifier's own press
+        seen << key;
+        if (swallow) key = 0;
+    };
+
+    // Modifier held, read-only, clearing off, or the handler zeroed the key: nothing happens.
+    QTest::keyClick(box, Qt::Key_Delete, Qt::ControlModifier);
+    QTest::keyClick(box, Qt::Key_Delete, Qt::ShiftModifier);
+    c.lc.setReadOnly(true);
+    QTest::keyClick(box, Qt::Key_Delete);
+    c.lc.setReadOnly(false);
+    c.lc.setEscapeClear(false);
+    QTest::keyClick(box, Qt::Key_Delete);
+    c.lc.setEscapeClear(true);
+    swallow = true;
+    QTest::keyClick(box, Qt::Key_Delete);
+    EXPECT_EQ(seen.size(), 5);
+    EXPECT_EQ(seen.value(0), int(Qt::Key_Delete));
+    EXPECT_EQ(c.lc.keyValue().toInt(), 2);
+    EXPECT_EQ(c.tb.goods.state(), db::DataSetState::Browse);
+    EXPECT_TRUE(c.events.isEmpty());
+
+    // Plain Delete: the bound field goes null and OnChange fires once.
+    swallow = false;
+    QTest::keyClick(box, Qt::Key_Delete);
+    EXPECT_FALSE(c.lc.keyValue().isValid());
+    EXPECT_TRUE(c.tb.goods.fieldByName("COLOR_ID")->isNull());
+    EXPECT_EQ(c.shown(), "");
+    EXPECT_EQ(c.events, QStringList({"change"}));
+    // Already empty: no second change.
+    QTest::keyClick(box, Qt::Key_Delete);
+    EXPECT_EQ(c.events, QStringList({"change"}));
+}
+
+TEST(LookupCombo, DropDownConsentAndDialogButton) {
+    Combo c;
+    QComboBox* box = c.lc.comboBox();
+    int asked = 0, dialogs = 0;
+    bool allow = false;
+    c.lc.OnDropDown = [&](QObject* sender, bool& show) {
+        EXPECT_EQ(sender, &c.lc);
+        ++asked;
+        show = allow;
+    };
+    c.lc.OnDlgClick = [&](QObject*) { ++dialogs; };
+
+    QTest::keyClick(box, Qt::Key_F2);
+    EXPECT_EQ(asked, 1);
+    EXPECT_FALSE(c.lc.isDroppedDown());
+    allow = true;
+    QTest::keyClick(box, Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(asked, 2);
+    EXPECT_TRUE(c.lc.isDroppedDown());
+    c.lc.closeUp(false);
+
+    // Read-only: the list stays shut without asking, the button still reports.
+    c.lc.setReadOnly(true);
+    QTest::keyClick(box, Qt::Key_F2);
+    EXPECT_EQ(asked, 2);
+    EXPECT_FALSE(c.lc.isDroppedDown());
+    QTest::mouseClick(c.lc.button(), Qt::LeftButton);
+    EXPECT_EQ(dialogs, 1);
+    c.lc.setShowButton(false);
+    EXPECT_FALSE(c.lc.showButton());
+    EXPECT_EQ(c.lc.property("ShowButton").toBool(), false);
+}
+
+TEST(LookupCombo, UnboundKeyEmptyEntryAndErrors) {
+    Combo c(false);
+    EXPECT_EQ(c.shown(), "");
+    c.lc.setKeyValue(3);
+    EXPECT_EQ(c.shown(), "Blue");
+    EXPECT_EQ(c.events, QStringList({"change"}));
+    c.lc.setKeyValue(QVariant(qint64(3))); // the same key in another type
+    c.lc.setKeyValue("3");
+    EXPECT_EQ(c.events.size(), 1);
+    c.lc.setKeyValue(42);
+    EXPECT_EQ(c.shown(), "");
+    EXPECT_EQ(c.lc.keyValue().toInt(), 42);
+    EXPECT_EQ(c.events.size(), 2);
+    c.lc.clear();
+    EXPECT_FALSE(c.lc.keyValue().isValid());
+    EXPECT_EQ(c.events.size(), 2);
+
+    // An entry for "no value" leads the list; choosing it empties the key.
+    c.lc.setEmptyValue("(none)");
+    EXPECT_EQ(c.lc.comboBox()->count(), 4);
+    EXPECT_EQ(c.shown(), "(none)");
+    c.lc.setKeyValue(1);
+    EXPECT_EQ(c.lc.comboBox()->currentIndex(), 1);
+    c.events.clear();
+    c.lc.dropDown();
+    c.lc.comboBox()->view()->setCurrentIndex(c.lc.comboBox()->model()->index(0, 0));
+    c.lc.closeUp(true);
+    EXPECT_FALSE(c.lc.keyValue().isValid());
+    EXPECT_EQ(c.events, QStringList({"change", "click"}));
+    EXPECT_EQ(c.lc.displayText(), "");
+
+    // A handler that throws inside a key press is reported, not propagated.
+    QStringList reported;
+    auto saved = ui::errorReporter;
+    ui::errorReporter = [&](const QString& t) { reported << t; };
+    c.lc.setKeyValue(2);
+    c.lc.OnChange = [](QObject*) { throw db::Error::configuration("boom"); };
+    c.lc.comboBox()->setFocus();
+    EXPECT_NO_THROW(QTest::keyClick(c.lc.comboBox(), Qt::Key_Delete));
+    ui::errorReporter = saved;
+    EXPECT_EQ(reported, QStringList({"boom"}));
+}
+
+TEST(LookupCombo, SeveralDisplayColumnsAndImages) {
+    Combo c;
+    c.lc.setLookupDisplay("NAME; ID");
+    EXPECT_NE(qobject_cast<QTableView*>(c.lc.comboBox()->view()), nullptr);
+    EXPECT_EQ(c.lc.comboBox()->model()->columnCount(), 2);
+    EXPECT_EQ(c.shown(), "Green");
+
+    // The image handler reads the list's current row, which is the row asked for.
+    QList<QPair<int, int>> asked;
+    c.lc.OnGetImage = [&](QObject*, int row) {
+        const int color = c.tb.colors.fieldByName("COLOR")->asInteger();
+        asked << qMakePair(row, color);
+        QPixmap pm(8, 8);
+        pm.fill(QColor::fromRgb(QRgb(color)));
+        return QIcon(pm);
+    };
+    c.tb.colors.appendRecord({4, "White", 0xFFFFFF}); // reload: images are asked afresh
+    c.tb.goods.first();
+    ASSERT_EQ(c.tb.colors.recNo(), 1);
+    QAbstractItemModel* m = c.lc.comboBox()->model();
+    const QIcon icon = m->data(m->index(2, 0), Qt::DecorationRole).value<QIcon>();
+    EXPECT_FALSE(icon.isNull());
+    ASSERT_FALSE(asked.isEmpty());
+    EXPECT_EQ(asked.last(), qMakePair(2, 0x0000FF));
+    EXPECT_EQ(c.tb.colors.recNo(), 1); // put back
+    const int calls = asked.size();
+    m->data(m->index(2, 0), Qt::DecorationRole); // kept, not asked again
+    EXPECT_EQ(asked.size(), calls);
+}
+
+TEST(LookupCombo, LargeList) {
+    db::MemTable list;
+    fillNumbered(list, 200000);
+    db::DataSource src(&list);
+    ui::LookupCombo lc;
+    lc.setLookupSource(&src);
+    lc.setLookupField("ID");
+    lc.setLookupDisplay("NAME");
+    lc.setDropDownCount(8);
+    lc.show();
+    lc.setKeyValue(199998);
+    EXPECT_EQ(lc.comboBox()->currentText(), "Name 199998");
+    lc.dropDown();
+    EXPECT_TRUE(lc.isDroppedDown());
+    EXPECT_EQ(lc.comboBox()->maxVisibleItems(), 8);
+    lc.closeUp(false);
+    EXPECT_GE(lc.height(), 21);
+}
