@@ -1,0 +1,422 @@
+#include "host/HostImpl.h"
+#include "frames/core/Guard.h"
+#include "frames/core/RunParams.h"
+#include "host/GridTools.h"
+#include "platform/db/Database.h"
+#include "platform/db/Query.h"
+#include "platform/db/Transaction.h"
+#include "platform/widgets/DBGrid.h"
+#include <QApplication>
+#include <QDateTime>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QInputDialog>
+#include <QJsonDocument>
+#include <QMessageBox>
+#include <QSaveFile>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTableView>
+#include <QTextStream>
+#include <QUrl>
+#include <cstdio>
+
+namespace workbench {
+
+namespace db = frames::db;
+
+namespace {
+
+// Configuration values the host gives when the profile's config.json does not override them.
+QVariant defaultConfigValue(const QString& key) {
+    static const QHash<QString, QVariant> defaults = {
+        {QStringLiteral("WorkPeriodLenght"), 31},
+        {QStringLiteral("MaxWorkPeriodLenght"), 366},
+        {QStringLiteral("CRMEventWorkPeriodLenght"), 31},
+        {QStringLiteral("CRMEventMaxWorkPeriodLenght"), 92},
+        {QStringLiteral("FindEcho"), true},
+        {QStringLiteral("PrecisionCurFormat"), QStringLiteral(",0.00")},
+        {QStringLiteral("PrecisionRubFormat"), QStringLiteral(",0.00")},
+        {QStringLiteral("PrecisionQuantityFormat"), QStringLiteral(",0.###")},
+        {QStringLiteral("PrecisionVolumeFormat"), QStringLiteral(",0.###")},
+    };
+    return defaults.value(key);
+}
+
+// A file name made of the user name's safe characters.
+QString safeName(const QString& name) {
+    QString out;
+    for (const QChar c : name)
+        out += (c.isLetterOrNumber() || c == '_' || c == '-' || c == '.') ? c : QChar('_');
+    return out.isEmpty() ? QStringLiteral("default") : out;
+}
+
+} // namespace
+
+HostImpl::HostImpl() : HostImpl(Settings{}) {}
+
+HostImpl::HostImpl(Settings settings) : settings_(std::move(settings)) {
+    if (settings_.profileRoot.isEmpty())
+        settings_.profileRoot =
+            QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/profiles");
+    QDir().mkpath(ProfilePath());
+    loadConfig();
+}
+
+HostImpl::~HostImpl() {
+    formObjects_.clear();
+    closeDatabase();
+}
+
+QString HostImpl::userName() const {
+    // The embedded connection always logs in as SYSDBA; --user picks the user the session is for.
+    return settings_.userName.isEmpty() ? QStringLiteral("SYSDBA") : settings_.userName.toUpper();
+}
+
+// ---- database
+
+void HostImpl::openDatabase(const QString& connectString) {
+    closeDatabase();
+    auto database = std::make_unique<db::Database>();
+    database->open(connectString);
+    auto tr = std::make_unique<db::Transaction>(database.get(), db::TransactionOptions::read());
+    tr->start();
+    database->setDefaultTransaction(tr.get());
+    database_ = std::move(database);
+    readTransaction_ = std::move(tr);
+    rights_.clear();
+    readRunConstants();
+    TraceText(QStringLiteral("Database opened: %1 (user %2, session %3)")
+                  .arg(connectString, userName())
+                  .arg(session_),
+              1);
+}
+
+void HostImpl::closeDatabase() {
+    if (readTransaction_) {
+        try {
+            if (readTransaction_->active()) readTransaction_->commit();
+        } catch (const db::Error&) {
+        }
+    }
+    readTransaction_.reset();
+    if (database_) {
+        try {
+            database_->close();
+        } catch (const db::Error&) {
+        }
+    }
+    database_.reset();
+}
+
+void HostImpl::readRunConstants() {
+    db::Query q(database_.get(), readTransaction_.get());
+    // The session runs for the given user name, or for the connection's own user.
+    if (settings_.userName.isEmpty()) {
+        q.setSql(QStringLiteral("select tyuser(current_user), current_connection from rdb$database"));
+    } else {
+        q.setSql(QStringLiteral("select tyuser(:login), current_connection from rdb$database"));
+        q.paramByName(QStringLiteral("login"))->setValue(settings_.userName);
+    }
+    q.open();
+    if (q.next()) {
+        userId_ = q.value(0).toInt();
+        session_ = q.value(1).toInt();
+    }
+    q.close();
+    frames::CUR_USER = userId_;
+    frames::CUR_FILIALINDEX = 1;
+    frames::CUR_SHOPINDEX = 1;
+    db::Query u(database_.get(), readTransaction_.get());
+    u.setSql(QStringLiteral("select FILIALINDEX, SHOPINDEX from USERS where ID_USER = :id"));
+    u.paramByName(QStringLiteral("id"))->setValue(userId_);
+    u.open();
+    if (u.next()) {
+        if (!u.value(0).isNull()) frames::CUR_FILIALINDEX = u.value(0).toInt();
+        if (!u.value(1).isNull()) frames::CUR_SHOPINDEX = u.value(1).toInt();
+    }
+    u.close();
+}
+
+bool HostImpl::IsFuncRights(const QString& functionName) const {
+    if (!database_) return false;
+    const auto it = rights_.constFind(functionName);
+    if (it != rights_.constEnd()) return *it;
+    db::Query q(database_.get(), readTransaction_.get());
+    q.setSql(QStringLiteral("select count(*) from USER_RIGHTS where ID_USER = :id and FUNC_NAME = :func"));
+    q.paramByName(QStringLiteral("id"))->setValue(userId_);
+    q.paramByName(QStringLiteral("func"))->setValue(functionName);
+    q.open();
+    const bool granted = q.next() && q.value(0).toInt() > 0;
+    q.close();
+    rights_.insert(functionName, granted);
+    return granted;
+}
+
+// ---- module runner
+
+int HostImpl::RunModule(const QString& formName, frames::TRunParams& params) {
+    const ReferenceFormDef* def = findReferenceForm(formName);
+    if (!def) {
+        ErrorBox(QStringLiteral("Форма «%1» не зарегистрирована").arg(formName));
+        return ReferenceForm::Cancelled;
+    }
+    params.FormFound = 1;
+    if (!settings_.interactive) {
+        TraceText(QStringLiteral("RunModule %1: not shown without a user, cancelled").arg(formName), 1);
+        return ReferenceForm::Cancelled;
+    }
+    ReferenceForm form(*def, database_.get(), readTransaction_.get(), params, QApplication::activeWindow());
+    form.open();
+    return form.exec();
+}
+
+QObject* HostImpl::RvGetForm(const QString& formName) {
+    const ReferenceFormDef* def = findReferenceForm(formName);
+    if (!def) return nullptr;
+    auto& slot = formObjects_[def->name];
+    if (!slot) {
+        slot = std::make_unique<QObject>();
+        slot->setObjectName(def->name);
+        slot->setProperty("RefNumber", def->refNumber);
+        slot->setProperty("Caption", def->caption);
+    }
+    return slot.get();
+}
+
+QStringList HostImpl::FormList() const {
+    QStringList names;
+    for (const auto& d : referenceForms()) names << d.name;
+    return names;
+}
+
+// ---- messages
+
+void HostImpl::message(const QString& kind, const QString& text) {
+    messages_ << kind + QStringLiteral(": ") + text;
+    TraceText(kind + QStringLiteral(": ") + text, 1);
+    if (!settings_.interactive)
+        std::fprintf(stderr, "workbench %s: %s\n", qPrintable(kind), qPrintable(text));
+}
+
+void HostImpl::ErrorBox(const QString& text) {
+    message(QStringLiteral("error"), text);
+    if (settings_.interactive)
+        QMessageBox::critical(QApplication::activeWindow(), QStringLiteral("Ошибка"), text);
+}
+
+void HostImpl::ErrorBoxEx(const QString& text, int detail) {
+    message(QStringLiteral("error"), QStringLiteral("%1 (%2)").arg(text).arg(detail));
+    if (settings_.interactive) {
+        QMessageBox box(QMessageBox::Critical, QStringLiteral("Ошибка"), text, QMessageBox::Ok,
+                        QApplication::activeWindow());
+        box.setInformativeText(QStringLiteral("Код: %1").arg(detail));
+        box.exec();
+    }
+}
+
+void HostImpl::WarningBox(const QString& text) {
+    message(QStringLiteral("warning"), text);
+    if (settings_.interactive)
+        QMessageBox::warning(QApplication::activeWindow(), QStringLiteral("Предупреждение"), text);
+}
+
+void HostImpl::InfoBox(const QString& text) {
+    message(QStringLiteral("info"), text);
+    if (settings_.interactive)
+        QMessageBox::information(QApplication::activeWindow(), QStringLiteral("Сообщение"), text);
+}
+
+bool HostImpl::QuestionBox(const QString& text) {
+    message(QStringLiteral("question"), text);
+    // Without a user the answer is No: nothing is done that was not asked for.
+    if (!settings_.interactive) return false;
+    return QMessageBox::question(QApplication::activeWindow(), QStringLiteral("Вопрос"), text,
+                                 QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) == QMessageBox::Yes;
+}
+
+// ---- configuration
+
+QString HostImpl::ProfilePath() const {
+    return settings_.profileRoot + QLatin1Char('/') + safeName(userName());
+}
+QString HostImpl::layoutFile() const {
+    return ProfilePath() + QStringLiteral("/layout.json");
+}
+QString HostImpl::traceFile() const {
+    return ProfilePath() + QStringLiteral("/trace.log");
+}
+QString HostImpl::configFile() const {
+    return ProfilePath() + QStringLiteral("/config.json");
+}
+QString HostImpl::iniFile() const {
+    return ProfilePath() + QStringLiteral("/workbench.ini");
+}
+
+void HostImpl::loadConfig() {
+    config_ = {};
+    QFile f(configFile());
+    if (!f.exists()) return;
+    if (!f.open(QIODevice::ReadOnly)) {
+        TraceText(QStringLiteral("config.json cannot be read: defaults are used"), 1);
+        return;
+    }
+    QJsonParseError err{};
+    const QJsonDocument doc = QJsonDocument::fromJson(f.readAll(), &err);
+    if (!doc.isObject()) {
+        TraceText(
+            QStringLiteral("config.json is not a JSON object (%1): defaults are used").arg(err.errorString()),
+            1);
+        return;
+    }
+    config_ = doc.object();
+}
+
+QVariant HostImpl::configValue(const QString& key) const {
+    const auto it = config_.constFind(key);
+    if (it != config_.constEnd()) return it->toVariant();
+    return defaultConfigValue(key);
+}
+
+int HostImpl::GetIntValue(const QString& key) const {
+    return configValue(key).toInt();
+}
+bool HostImpl::GetBoolValue(const QString& key) const {
+    return configValue(key).toBool();
+}
+QString HostImpl::GetStringValue(const QString& key) const {
+    return configValue(key).toString();
+}
+QString HostImpl::PrecisionCurFormat() const {
+    return GetStringValue(QStringLiteral("PrecisionCurFormat"));
+}
+QString HostImpl::PrecisionQuantityFormat() const {
+    return GetStringValue(QStringLiteral("PrecisionQuantityFormat"));
+}
+QString HostImpl::PrecisionRubFormat() const {
+    return GetStringValue(QStringLiteral("PrecisionRubFormat"));
+}
+QString HostImpl::PrecisionVolumeFormat() const {
+    return GetStringValue(QStringLiteral("PrecisionVolumeFormat"));
+}
+
+QString HostImpl::IniString(const QString& section, const QString& key, const QString& def) const {
+    QSettings ini(iniFile(), QSettings::IniFormat);
+    return ini.value(section + QLatin1Char('/') + key, def).toString();
+}
+
+// ---- layout
+
+bool HostImpl::loadLayout() {
+    layout_.ClearItems();
+    QFile f(layoutFile());
+    if (!f.exists()) return false;
+    if (!f.open(QIODevice::ReadOnly)) {
+        TraceText(QStringLiteral("layout.json cannot be read: default layout is used"), 1);
+        return false;
+    }
+    QJsonParseError err{};
+    const QJsonDocument doc = QJsonDocument::fromJson(f.readAll(), &err);
+    if (!doc.isObject()) {
+        TraceText(QStringLiteral("layout.json is not valid JSON (%1): default layout is used")
+                      .arg(doc.isNull() ? err.errorString() : QStringLiteral("not an object")),
+                  1);
+        return false;
+    }
+    layout_.fromJson(doc.object());
+    return true;
+}
+
+void HostImpl::saveLayout() {
+    QDir().mkpath(ProfilePath());
+    QSaveFile f(layoutFile());
+    if (!f.open(QIODevice::WriteOnly)) {
+        TraceText(QStringLiteral("layout.json cannot be written: %1").arg(f.errorString()), 1);
+        return;
+    }
+    f.write(QJsonDocument(layout_.toJson()).toJson(QJsonDocument::Indented));
+    if (!f.commit()) TraceText(QStringLiteral("layout.json cannot be written: %1").arg(f.errorString()), 1);
+}
+
+// ---- trace
+
+void HostImpl::TraceText(const QString& text, int level) {
+    QDir().mkpath(ProfilePath());
+    QFile f(traceFile());
+    if (!f.open(QIODevice::Append | QIODevice::Text)) return;
+    QTextStream out(&f);
+    out << QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz")) << " [" << level
+        << "] " << text << '\n';
+}
+
+// ---- desktop and tools
+
+QString HostImpl::addressUrl(const QString& address) {
+    const QString a = address.trimmed();
+    if (a.isEmpty()) return {};
+    static const QRegularExpression scheme(QStringLiteral("^[A-Za-z][A-Za-z0-9+.-]*:"));
+    if (scheme.match(a).hasMatch()) return a;
+    if (a.contains(QLatin1Char('@'))) return QStringLiteral("mailto:") + a;
+    return QStringLiteral("http://") + a;
+}
+
+void HostImpl::OpenAddress(const QString& address) {
+    const QString url = addressUrl(address);
+    if (url.isEmpty()) return;
+    TraceText(QStringLiteral("Open address: %1").arg(url), 1);
+    if (!settings_.interactive) return;
+    if (!QDesktopServices::openUrl(QUrl(url)))
+        WarningBox(QStringLiteral("Не удалось открыть адрес %1").arg(url));
+}
+
+void HostImpl::CustomizeGrid(frames::ui::DBGrid* grid) {
+    if (!grid) return;
+    if (!settings_.interactive) {
+        TraceText(QStringLiteral("CustomizeGrid: not shown without a user"), 1);
+        return;
+    }
+    GridColumnsDialog dlg(grid, QApplication::activeWindow());
+    if (dlg.exec() == QDialog::Accepted) dlg.apply();
+}
+
+void HostImpl::FindInGrid(frames::ui::DBGrid* grid) {
+    if (!grid) return;
+    if (!settings_.interactive) {
+        TraceText(QStringLiteral("FindInGrid: not shown without a user"), 1);
+        return;
+    }
+    bool ok = false;
+    const QString text = QInputDialog::getText(QApplication::activeWindow(), QStringLiteral("Поиск"),
+                                               QStringLiteral("Найти:"), QLineEdit::Normal, lastSearch_, &ok);
+    if (!ok || text.isEmpty()) return;
+    // A new text is looked for from the top, the same text again from the row after the current.
+    const int row = findRow(grid, text, text == lastSearch_ ? grid->currentIndex().row() : -1);
+    lastSearch_ = text;
+    if (row < 0) {
+        InfoBox(QStringLiteral("Текст «%1» не найден").arg(text));
+        return;
+    }
+    grid->setCurrentIndex(grid->model()->index(row, qMax(0, grid->currentIndex().column())));
+    grid->scrollTo(grid->currentIndex());
+}
+
+int HostImpl::findRow(const QTableView* view, const QString& text, int start) {
+    const QAbstractItemModel* m = view ? view->model() : nullptr;
+    if (!m || text.isEmpty()) return -1;
+    const int rows = m->rowCount();
+    const int cols = m->columnCount();
+    for (int i = 1; i <= rows; ++i) {
+        const int r = ((start < 0 ? -1 : start) + i) % rows;
+        if (view->isRowHidden(r)) continue;
+        for (int c = 0; c < cols; ++c) {
+            if (view->isColumnHidden(c)) continue;
+            if (m->index(r, c).data(Qt::DisplayRole).toString().contains(text, Qt::CaseInsensitive)) return r;
+        }
+    }
+    return -1;
+}
+
+} // namespace workbench

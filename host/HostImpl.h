@@ -1,0 +1,121 @@
+#pragma once
+#include "frames/core/ConfigItem.h"
+#include "frames/core/Host.h"
+#include "host/ReferenceForms.h"
+#include <QHash>
+#include <QJsonObject>
+#include <QObject>
+#include <QString>
+#include <map>
+#include <memory>
+
+class QTableView;
+
+namespace workbench {
+
+// The workbench's implementation of every host service: database module with its read
+// transaction, module runner over the reference form table, message boxes, configuration,
+// per-user profile (configuration overrides, ini file, trace log, layout tree).
+class HostImpl : public frames::Host {
+public:
+    struct Settings {
+        // Folder that holds one profile folder per user; empty: the application data folder.
+        QString profileRoot;
+        // The user the session runs for; empty: the database connection's user.
+        QString userName;
+        // False in screenshot mode and in tests: message boxes and modal forms are not shown,
+        // they are written to the trace log and answered with their defaults.
+        bool interactive = true;
+    };
+
+    HostImpl();
+    explicit HostImpl(Settings settings);
+    ~HostImpl() override;
+
+    // Attaches to the database (a file path for the embedded engine or host/port:path), starts
+    // the read transaction and reads the run constants. Throws db::Error.
+    void openDatabase(const QString& connectString);
+    void closeDatabase();
+    bool interactive() const { return settings_.interactive; }
+    void setInteractive(bool on) { settings_.interactive = on; }
+    // Name under which the session runs (profile folder name).
+    QString userName() const;
+
+    // ---- layout tree, persisted as layout.json in the profile folder
+    frames::TConfigItem* LayoutRoot() { return &layout_; }
+    // Reads layout.json; a missing file gives an empty tree, an unreadable one too (with a
+    // trace line). Returns true when the file was read.
+    bool loadLayout();
+    void saveLayout();
+    QString layoutFile() const;
+    QString traceFile() const;
+    QString configFile() const;
+    QString iniFile() const;
+
+    // Number of messages shown or logged (for the screenshot index and tests).
+    const QStringList& loggedMessages() const { return messages_; }
+
+    // ---- module runner
+    int RunModule(const QString& formName, frames::TRunParams& params) override;
+    QObject* RvGetForm(const QString& formName) override;
+    QStringList FormList() const override;
+
+    // ---- messages
+    void ErrorBox(const QString& text) override;
+    void ErrorBoxEx(const QString& text, int detail) override;
+    void WarningBox(const QString& text) override;
+    void InfoBox(const QString& text) override;
+    bool QuestionBox(const QString& text) override;
+
+    // ---- configuration
+    int GetIntValue(const QString& key) const override;
+    bool GetBoolValue(const QString& key) const override;
+    QString GetStringValue(const QString& key) const override;
+    QString PrecisionCurFormat() const override;
+    QString PrecisionQuantityFormat() const override;
+    QString PrecisionRubFormat() const override;
+    QString PrecisionVolumeFormat() const override;
+    QString ProfilePath() const override;
+    QString IniString(const QString& section, const QString& key, const QString& def) const override;
+
+    // ---- database module
+    frames::db::Database* RvDatabase() const override { return database_.get(); }
+    frames::db::Transaction* pfReadTransaction() const override { return readTransaction_.get(); }
+    frames::db::Database* ImageDatabase() const override { return database_.get(); }
+    bool IsFuncRights(const QString& functionName) const override;
+    int SessionNumber() const override { return session_; }
+
+    // ---- trace log
+    void TraceText(const QString& text, int level) override;
+
+    // ---- desktop and tools
+    void OpenAddress(const QString& address) override;
+    void CustomizeGrid(frames::ui::DBGrid* grid) override;
+    void FindInGrid(frames::ui::DBGrid* grid) override;
+
+    // The address as the desktop opens it: mailto: for a mail address, http:// when no scheme.
+    static QString addressUrl(const QString& address);
+    // First row (from the row after start, wrapping) whose visible cells contain text without
+    // regard to case; -1 when none.
+    static int findRow(const QTableView* view, const QString& text, int start = -1);
+
+private:
+    void message(const QString& kind, const QString& text);
+    void readRunConstants();
+    void loadConfig();
+    QVariant configValue(const QString& key) const;
+
+    Settings settings_;
+    std::unique_ptr<frames::db::Database> database_;
+    std::unique_ptr<frames::db::Transaction> readTransaction_;
+    frames::TConfigItem layout_{QStringLiteral("Layout")};
+    QJsonObject config_;
+    QStringList messages_;
+    mutable QHash<QString, bool> rights_;
+    std::map<QString, std::unique_ptr<QObject>> formObjects_;
+    int session_ = 0;
+    int userId_ = -1;
+    QString lastSearch_;
+};
+
+} // namespace workbench

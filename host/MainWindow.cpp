@@ -1,0 +1,159 @@
+#include "host/MainWindow.h"
+#include "frames/core/AbsEditFrame.h"
+#include "frames/core/ConfigItem.h"
+#include "frames/core/Guard.h"
+#include "frames/core/Registry.h"
+#include "host/CardForms.h"
+#include "host/HostImpl.h"
+#include "host/ReferenceForms.h"
+#include "platform/db/Database.h"
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMenuBar>
+#include <QScrollArea>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace workbench {
+
+MainWindow::MainWindow(HostImpl* host, frames::Registry* registry, QWidget* parent)
+    : QMainWindow(parent), host_(host), registry_(registry) {
+    setObjectName(QStringLiteral("MainWindow"));
+    setWindowTitle(QStringLiteral("Frames — рабочее место"));
+    resize(1000, 640);
+
+    tree_ = new QTreeWidget(this);
+    tree_->setObjectName(QStringLiteral("tvFrames"));
+    tree_->setHeaderLabel(QStringLiteral("Фреймы"));
+    for (const QString& family : registry_->families()) {
+        auto* familyItem = new QTreeWidgetItem(tree_, {family});
+        for (const QString& cls : registry_->classNames(family)) {
+            auto* item = new QTreeWidgetItem(familyItem, {cls});
+            item->setData(0, Qt::UserRole, cls);
+        }
+        familyItem->setExpanded(true);
+    }
+
+    panel_ = new QWidget;
+    panel_->setObjectName(QStringLiteral("pnFrame"));
+    auto* panelLayout = new QVBoxLayout(panel_);
+    info_ = new QLabel(
+        QStringLiteral("Выберите фрейм слева: он будет показан здесь сам по себе, без формы-владельца."));
+    info_->setWordWrap(true);
+    panelLayout->addWidget(info_);
+    panelLayout->addStretch(1);
+    scroll_ = new QScrollArea(this);
+    scroll_->setWidgetResizable(true);
+    scroll_->setWidget(panel_);
+
+    auto* split = new QSplitter(this);
+    split->addWidget(tree_);
+    split->addWidget(scroll_);
+    split->setStretchFactor(1, 1);
+    split->setSizes({280, 720});
+    setCentralWidget(split);
+
+    QMenu* file = menuBar()->addMenu(QStringLiteral("&Файл"));
+    file->addAction(QStringLiteral("&Выход"), this, &QWidget::close);
+    QMenu* forms = menuBar()->addMenu(QStringLiteral("&Справочники"));
+    QAction* cards = forms->addAction(QStringLiteral("&Карточки товаров…"), this, [this] { openCardList(); });
+    forms->addSeparator();
+    for (const auto& def : referenceForms()) {
+        const QString name = def.name;
+        forms->addAction(def.caption + QStringLiteral(" (") + name + QStringLiteral(")…"), this,
+                         [this, name] { openReferenceForm(name); });
+    }
+    QToolBar* tb = addToolBar(QStringLiteral("Главная"));
+    tb->setObjectName(QStringLiteral("tbMain"));
+    tb->addAction(cards);
+
+    connect(tree_, &QTreeWidget::currentItemChanged, this,
+            [this](QTreeWidgetItem* item) { itemChosen(item); });
+    statusBar()->showMessage(
+        QStringLiteral("База данных: %1")
+            .arg(host_->RvDatabase() ? host_->RvDatabase()->connectString() : QString()));
+}
+
+MainWindow::~MainWindow() {
+    closeFrame();
+}
+
+void MainWindow::itemChosen(QTreeWidgetItem* item) {
+    if (!item) return;
+    const QString cls = item->data(0, Qt::UserRole).toString();
+    if (!cls.isEmpty()) showFrame(cls);
+}
+
+void MainWindow::closeFrame() {
+    if (!frame_) return;
+    frames::TAbsEditFrame* f = frame_;
+    frame_ = nullptr;
+    frames::guard([&] {
+        f->SaveLayout(
+            host_->LayoutRoot()->ItemByName(QStringLiteral("Browser"))->ItemByName(f->objectName()));
+        f->FormClose();
+    });
+    delete f;
+    host_->saveLayout();
+}
+
+frames::TAbsEditFrame* MainWindow::showFrame(const QString& className) {
+    closeFrame();
+    frames::TAbsEditFrame* made = nullptr;
+    const bool ok = frames::guard([&] {
+        made = registry_->create(className, panel_);
+        made->setObjectName(className);
+        static_cast<QVBoxLayout*>(panel_->layout())->insertWidget(1, made);
+        made->Init();
+        made->RestoreLayout(
+            host_->LayoutRoot()->ItemByName(QStringLiteral("Browser"))->ItemByName(className));
+        made->show();
+    });
+    if (!ok && made) {
+        delete made;
+        made = nullptr;
+    }
+    frame_ = made;
+    info_->setText(made ? QStringLiteral("%1 (%2)").arg(className, registry_->find(className)->family)
+                        : QStringLiteral("%1: фрейм не создан (см. сообщение об ошибке)").arg(className));
+    return made;
+}
+
+void MainWindow::openCardList() {
+    if (cardList_) {
+        cardList_->raise();
+        cardList_->activateWindow();
+        return;
+    }
+    auto* form = new CardListForm(host_, this);
+    form->setAttribute(Qt::WA_DeleteOnClose);
+    if (!frames::guard([&] { form->open(); })) {
+        delete form;
+        return;
+    }
+    cardList_ = form;
+    form->show();
+}
+
+void MainWindow::openReferenceForm(const QString& formName) {
+    frames::guard([&] {
+        frames::TRunParams params;
+        if (host_->RunModule(formName, params) == ReferenceForm::Confirmed)
+            statusBar()->showMessage(
+                QStringLiteral("%1: выбран ключ %2").arg(formName, params.KeyValue.toString()));
+    });
+}
+
+void MainWindow::closeEvent(QCloseEvent* e) {
+    if (cardList_) cardList_->close();
+    closeFrame();
+    host_->saveLayout();
+    QMainWindow::closeEvent(e);
+}
+
+} // namespace workbench

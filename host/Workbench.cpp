@@ -1,0 +1,337 @@
+#include "host/Workbench.h"
+#include "frames/core/AbsEditFrame.h"
+#include "frames/core/Guard.h"
+#include "frames/core/Registry.h"
+#include "host/CardForms.h"
+#include "host/HostImpl.h"
+#include "host/MainWindow.h"
+#include "host/ReferenceForms.h"
+#include "platform/db/DataSet.h"
+#include "platform/db/Database.h"
+#include "platform/db/Error.h"
+#include "schema/DemoDatabase.h"
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFileInfo>
+#include <QLibrary>
+#include <QMessageBox>
+#include <QPixmap>
+#include <QStandardPaths>
+#include <QTextStream>
+#include <QVBoxLayout>
+#include <cstdio>
+
+namespace workbench {
+
+bool parseOptions(const QStringList& arguments, Options& options, QString& message) {
+    QCommandLineParser p;
+    p.setApplicationDescription(QStringLiteral("Workbench: the host of the Frames package."));
+    p.addHelpOption();
+    const QCommandLineOption database(
+        QStringLiteral("database"),
+        QStringLiteral(
+            "Database file (embedded engine) or host/port:path of a server. Default: the demo database."),
+        QStringLiteral("path"));
+    const QCommandLineOption list(QStringLiteral("list"),
+                                  QStringLiteral("Print every registered frame class and exit."));
+    const QCommandLineOption shots(
+        QStringLiteral("screenshots"),
+        QStringLiteral("Write a screenshot of every frame and an index page to dir, then exit."),
+        QStringLiteral("dir"));
+    const QCommandLineOption user(QStringLiteral("user"), QStringLiteral("The user the session runs for."),
+                                  QStringLiteral("name"));
+    p.addOptions({database, list, shots, user});
+    if (!p.parse(arguments)) {
+        message = p.errorText();
+        return false;
+    }
+    if (p.isSet(QStringLiteral("help"))) {
+        std::printf("%s", qPrintable(p.helpText()));
+        message.clear();
+        return false;
+    }
+    if (!p.positionalArguments().isEmpty()) {
+        message = QStringLiteral("unexpected argument: %1").arg(p.positionalArguments().front());
+        return false;
+    }
+    options.database = p.value(database);
+    options.list = p.isSet(list);
+    options.screenshotsDir = p.value(shots);
+    options.user = p.value(user);
+    return true;
+}
+
+QString defaultDatabasePath() {
+    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/demo.fdb");
+}
+
+frames::Registry* loadRegistry(QString* source) {
+    const QDir exeDir(QCoreApplication::applicationDirPath());
+    const QStringList candidates = {exeDir.filePath(QStringLiteral("libframes.so")),
+                                    exeDir.filePath(QStringLiteral("../frames/libframes.so")),
+                                    exeDir.filePath(QStringLiteral("../lib/libframes.so"))};
+    for (const QString& path : candidates) {
+        if (!QFileInfo::exists(path)) continue;
+        QLibrary lib(QFileInfo(path).canonicalFilePath());
+        // The library stays loaded for the life of the process: frames live in it.
+        lib.setLoadHints(QLibrary::ExportExternalSymbolsHint);
+        using Entry = frames::Registry* (*)();
+        if (auto entry = reinterpret_cast<Entry>(lib.resolve("frames_registry"))) {
+            if (source) *source = lib.fileName();
+            return entry();
+        }
+    }
+    if (source) *source = QStringLiteral("linked");
+    return frames_registry();
+}
+
+QStringList frameListing(const frames::Registry& registry) {
+    QStringList lines;
+    for (const QString& cls : registry.classNames()) {
+        const frames::FrameClass* c = registry.find(cls);
+        lines << cls + QLatin1Char('\t') + (c ? c->family : QString());
+    }
+    return lines;
+}
+
+namespace {
+
+QString html(const QString& s) {
+    return s.toHtmlEscaped();
+}
+
+void settle() {
+    for (int i = 0; i < 3; ++i) QApplication::processEvents();
+}
+
+struct Shot {
+    QString name;
+    QString group;
+    QString file;  // empty when no picture
+    QString error; // empty when fine
+};
+
+bool savePicture(QWidget* w, const QString& dir, const QString& name, Shot& shot) {
+    settle();
+    const QPixmap px = w->grab();
+    const QString file = name + QStringLiteral(".png");
+    if (px.isNull() || !px.save(QDir(dir).filePath(file))) {
+        shot.error = QStringLiteral("picture not written");
+        return false;
+    }
+    shot.file = file;
+    return true;
+}
+
+void writeIndex(const QString& dir, const std::vector<Shot>& shots, const QString& database) {
+    QFile f(QDir(dir).filePath(QStringLiteral("index.html")));
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate)) return;
+    QTextStream out(&f);
+    out << "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>Frames workbench "
+           "screenshots</title>\n"
+           "<style>body{font-family:sans-serif}td{vertical-align:top;padding:6px;border-bottom:1px solid "
+           "#ccc}"
+           ".err{color:#b00}</style></head><body>\n"
+        << "<h1>Frames workbench</h1><p>Database: " << html(database) << "</p>\n<table>\n"
+        << "<tr><th>Name</th><th>Group</th><th>Picture</th></tr>\n";
+    for (const Shot& s : shots) {
+        out << "<tr><td>" << html(s.name) << "</td><td>" << html(s.group) << "</td><td>";
+        if (!s.file.isEmpty()) out << "<img src=\"" << html(s.file) << "\" alt=\"" << html(s.name) << "\">";
+        if (!s.error.isEmpty()) out << "<div class=\"err\">" << html(s.error) << "</div>";
+        out << "</td></tr>\n";
+    }
+    out << "</table></body></html>\n";
+}
+
+} // namespace
+
+int writeScreenshots(HostImpl& host, const frames::Registry& registry, const QString& dir) {
+    QDir().mkpath(dir);
+    std::vector<Shot> shots;
+    int written = 0;
+
+    // Every frame free-standing, as the frame browser shows it.
+    for (const QString& cls : registry.classNames()) {
+        Shot shot{cls, registry.find(cls)->family, {}, {}};
+        QWidget panel;
+        panel.setObjectName(QStringLiteral("pnFrame"));
+        auto* layout = new QVBoxLayout(&panel);
+        try {
+            frames::TAbsEditFrame* f = registry.create(cls, &panel);
+            f->setObjectName(cls);
+            layout->addWidget(f);
+            f->Init();
+            f->RestoreLayout(host.LayoutRoot()->ItemByName(QStringLiteral("Browser"))->ItemByName(cls));
+            panel.resize(qMax(480, panel.sizeHint().width()), panel.sizeHint().height());
+            panel.show();
+            if (savePicture(&panel, dir, cls, shot)) ++written;
+            f->FormClose();
+        } catch (...) {
+            shot.error = frames::errorText(std::current_exception());
+            if (!shot.file.isEmpty() || panel.isVisible()) {
+                if (savePicture(&panel, dir, cls, shot)) ++written;
+                shot.error = frames::errorText(std::current_exception());
+            }
+        }
+        shots.push_back(shot);
+    }
+
+    // The card list and the edit dialog over it with its bound lookups.
+    {
+        Shot listShot{QStringLiteral("CardListForm"), QStringLiteral("host forms"), {}, {}};
+        Shot dlgShot{QStringLiteral("EditDialog"), QStringLiteral("host forms"), {}, {}};
+        try {
+            CardListForm list(&host);
+            list.open();
+            // A card that refers to every reference table.
+            if (!list.dataSet()->locate(QStringLiteral("ARTICUL"), QStringLiteral("100-0010")))
+                list.dataSet()->first();
+            list.show();
+            if (savePicture(&list, dir, listShot.name, listShot)) ++written;
+            EditDialog dlg(&host, &list);
+            dlg.prepare();
+            dlg.show();
+            if (savePicture(&dlg, dir, dlgShot.name, dlgShot)) ++written;
+            dlg.reject();
+        } catch (...) {
+            (listShot.file.isEmpty() ? listShot : dlgShot).error =
+                frames::errorText(std::current_exception());
+        }
+        shots.push_back(listShot);
+        shots.push_back(dlgShot);
+    }
+
+    // The reference forms of the module runner.
+    for (const ReferenceFormDef& def : referenceForms()) {
+        Shot shot{QStringLiteral("ReferenceForm ") + def.name, QStringLiteral("reference forms"), {}, {}};
+        try {
+            frames::TRunParams params;
+            ReferenceForm form(def, host.RvDatabase(), host.pfReadTransaction(), params);
+            form.open();
+            form.show();
+            if (savePicture(&form, dir, QStringLiteral("ReferenceForm_") + def.name, shot)) ++written;
+        } catch (...) {
+            shot.error = frames::errorText(std::current_exception());
+        }
+        shots.push_back(shot);
+    }
+
+    writeIndex(dir, shots, host.RvDatabase() ? host.RvDatabase()->connectString() : QString());
+    return written;
+}
+
+namespace {
+
+bool haveDisplay() {
+    const QString platform = QGuiApplication::platformName();
+    return platform != QLatin1String("offscreen") && platform != QLatin1String("minimal");
+}
+
+int failDatabase(const QString& path, const QString& text) {
+    // One line: the server's lines joined, without the repeated "Database: path" context.
+    QStringList parts;
+    for (QString line : text.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        line = line.trimmed();
+        if (line.startsWith(QLatin1Char('-'))) line.remove(0, 1);
+        if (line.isEmpty() || line.startsWith(QStringLiteral("Database: "))) continue;
+        parts << line;
+    }
+    const QString message =
+        QStringLiteral("Cannot open the database %1: %2").arg(path, parts.join(QStringLiteral("; ")));
+    std::fprintf(stderr, "workbench: %s\n", qPrintable(message));
+    if (haveDisplay()) QMessageBox::critical(nullptr, QStringLiteral("Workbench"), message);
+    return 2;
+}
+
+} // namespace
+
+namespace {
+
+QtMessageHandler previousHandler = nullptr;
+
+// The offscreen platform complains about every window it cannot size like a desktop would:
+// those lines say nothing to the user of the screenshots.
+void messageFilter(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    if (text.contains(QLatin1String("propagateSizeHints"))) return;
+    if (previousHandler) previousHandler(type, context, text);
+}
+
+} // namespace
+
+int run(int argc, char** argv) {
+#ifdef Q_OS_LINUX
+    // Without a display the workbench still runs: offscreen, writing screenshots.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
+        qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+#endif
+    previousHandler = qInstallMessageHandler(messageFilter);
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("workbench"));
+    QApplication::setOrganizationName(QStringLiteral("Frames"));
+
+    Options options;
+    QString message;
+    if (!parseOptions(app.arguments(), options, message)) {
+        if (message.isEmpty()) return 0;
+        std::fprintf(stderr, "workbench: %s\n", qPrintable(message));
+        return 1;
+    }
+
+    if (options.list) {
+        frames::Registry* registry = loadRegistry();
+        for (const QString& line : frameListing(*registry)) std::printf("%s\n", qPrintable(line));
+        return 0;
+    }
+
+    const bool screenshots = !options.screenshotsDir.isEmpty() || !haveDisplay();
+    HostImpl::Settings settings;
+    settings.userName = options.user;
+    settings.interactive = !screenshots;
+    HostImpl host(settings);
+    frames::setHost(&host);
+    struct Uninstall {
+        ~Uninstall() { frames::setHost(nullptr); }
+    } uninstall;
+
+    QString path = options.database;
+    try {
+        if (path.isEmpty()) {
+            path = defaultDatabasePath();
+            if (frames::schema::ensureDemoDatabase(path))
+                std::printf("Demo database created at %s\n", qPrintable(QDir::toNativeSeparators(path)));
+        }
+        host.openDatabase(path);
+    } catch (const frames::db::Error& e) {
+        return failDatabase(path, e.text());
+    } catch (const std::exception& e) {
+        return failDatabase(path, QString::fromUtf8(e.what()));
+    }
+    host.loadLayout();
+
+    QString source;
+    frames::Registry* registry = loadRegistry(&source);
+    host.TraceText(
+        QStringLiteral("Frames registry: %1 (%2 classes)").arg(source).arg(registry->classNames().size()), 1);
+
+    if (screenshots) {
+        const QString dir = QFileInfo(options.screenshotsDir.isEmpty() ? QStringLiteral("workbench-shots")
+                                                                       : options.screenshotsDir)
+                                .absoluteFilePath();
+        const int n = writeScreenshots(host, *registry, dir);
+        std::printf("Screenshots (%d) and index.html written to %s\n", n,
+                    qPrintable(QDir::toNativeSeparators(dir)));
+        std::printf("Open %s\n",
+                    qPrintable(QDir::toNativeSeparators(QDir(dir).filePath(QStringLiteral("index.html")))));
+        return 0;
+    }
+
+    MainWindow window(&host, registry);
+    window.show();
+    const int rc = app.exec();
+    host.saveLayout();
+    return rc;
+}
+
+} // namespace workbench

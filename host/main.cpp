@@ -1,0 +1,5 @@
+#include "host/Workbench.h"
+
+int main(int argc, char** argv) {
+    return workbench::run(argc, argv);
+}

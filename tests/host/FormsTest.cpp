@@ -1,0 +1,284 @@
+// The workbench's forms: the reference form of the module runner, the card list with its edit
+// dialog, and the executable itself.
+#include "frames/core/Registry.h"
+#include "frames/lookup/LF_Abs.h"
+#include "host/CardForms.h"
+#include "host/HostImpl.h"
+#include "host/ReferenceForms.h"
+#include "platform/db/DataSet.h"
+#include "platform/db/Query.h"
+#include "platform/db/Transaction.h"
+#include "platform/widgets/DBGrid.h"
+#include "tests/support/DbFixture.h"
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QLineEdit>
+#include <QProcess>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+namespace frames::test {
+namespace {
+
+using workbench::ReferenceForm;
+
+class WorkbenchForms : public DbTest {
+protected:
+    void SetUp() override {
+        DbTest::SetUp();
+        workbench::HostImpl::Settings s;
+        s.profileRoot = root.path();
+        s.interactive = false;
+        wb = std::make_unique<workbench::HostImpl>(s);
+        wb->openDatabase(databasePath());
+        setHost(wb.get());
+    }
+    void TearDown() override {
+        setHost(host.get());
+        wb.reset();
+        DbTest::TearDown();
+    }
+    const workbench::ReferenceFormDef& def(const QString& name) {
+        const auto* d = workbench::findReferenceForm(name);
+        EXPECT_NE(d, nullptr) << name.toStdString();
+        return *d;
+    }
+    QTemporaryDir root;
+    std::unique_ptr<workbench::HostImpl> wb;
+};
+
+TEST_F(WorkbenchForms, ReferenceFormsOfTheTableOpen) {
+    for (const auto& d : workbench::referenceForms()) {
+        TRunParams p;
+        ReferenceForm form(d, wb->RvDatabase(), wb->pfReadTransaction(), p);
+        ASSERT_NO_THROW(form.open()) << d.name.toStdString();
+        EXPECT_GT(form.visibleRowCount(), 0) << d.name.toStdString();
+        for (const auto& c : d.columns)
+            EXPECT_GE(form.grid()->columnOfField(c.field), 0)
+                << d.name.toStdString() << " " << c.field.toStdString();
+    }
+}
+
+TEST_F(WorkbenchForms, ReferenceFormPositionsFiltersAndReturnsTheKey) {
+    TRunParams p;
+    p.KeyFieldName = "ID_CARDTYPE";
+    p.KeyValue = 5;
+    ReferenceForm form(def("CardTypesForm"), wb->RvDatabase(), wb->pfReadTransaction(), p);
+    form.open();
+    form.show();
+    EXPECT_EQ(form.currentKey().toInt(), 5); // positioned on the caller's key
+
+    // The search keeps rows containing the text in any shown column, without regard to case,
+    // and moves to the first of them when the current row goes.
+    form.searchEdit()->insert("ТОВАРЫ");
+    EXPECT_EQ(form.visibleRowCount(), 2);
+    const int chosen = form.currentKey().toInt();
+    EXPECT_TRUE(chosen == 1 || chosen == 2) << chosen;
+    form.setSearchText("нет такого");
+    EXPECT_EQ(form.visibleRowCount(), 0);
+    EXPECT_FALSE(form.currentKey().isValid());
+    EXPECT_FALSE(form.okButton()->isEnabled());
+    form.confirm(); // nothing to choose: stays open
+    EXPECT_TRUE(form.isVisible());
+    form.setSearchText("");
+    EXPECT_EQ(form.visibleRowCount(), 9);
+
+    form.setSearchText("ювелир");
+    QTest::mouseClick(form.okButton(), Qt::LeftButton);
+    EXPECT_EQ(form.result(), ReferenceForm::Confirmed);
+    EXPECT_EQ(p.KeyValue.toInt(), 6);
+    EXPECT_EQ(p.KeyInt, 6);
+}
+
+TEST_F(WorkbenchForms, ReferenceFormCancelAndForeignKeyName) {
+    TRunParams p;
+    p.KeyFieldName = "ID"; // the lookup's key name: not a column of this list
+    p.KeyValue = 3;
+    ReferenceForm form(def("CursTypeForm"), wb->RvDatabase(), wb->pfReadTransaction(), p);
+    form.open();
+    form.show();
+    EXPECT_EQ(form.keyField(), "ID_CUR_TYPE");
+    EXPECT_EQ(form.currentKey().toInt(), 3);
+    QTest::mouseClick(form.cancelButton(), Qt::LeftButton);
+    EXPECT_EQ(form.result(), ReferenceForm::Cancelled);
+    EXPECT_EQ(p.KeyValue.toInt(), 3);
+
+    // Escape cancels as well.
+    ReferenceForm again(def("CursTypeForm"), wb->RvDatabase(), wb->pfReadTransaction(), p);
+    again.open();
+    again.show();
+    QTest::keyClick(&again, Qt::Key_Escape);
+    EXPECT_EQ(again.result(), ReferenceForm::Cancelled);
+}
+
+TEST_F(WorkbenchForms, RunModuleShowsTheFormModally) {
+    wb->setInteractive(true);
+    TRunParams p;
+    p.KeyFieldName = "ID";
+    p.KeyValue = 4;
+    // The modal loop is driven from a timer: double-click stands for "take this row".
+    QString seenTitle;
+    QTimer::singleShot(0, [&] {
+        auto* form = qobject_cast<ReferenceForm*>(QApplication::activeModalWidget());
+        if (!form) return;
+        seenTitle = form->windowTitle();
+        form->setSearchText("округл");
+        emit form->grid()->activated();
+    });
+    EXPECT_EQ(wb->RunModule("Algoritm", p), 1);
+    EXPECT_EQ(seenTitle, "Алгоритмы расчёта цены");
+    EXPECT_EQ(p.KeyValue.toInt(), 5);
+    EXPECT_EQ(p.FormFound, 1);
+}
+
+TEST_F(WorkbenchForms, EditDialogBindsLookupsToTheCardAndSaves) {
+    workbench::CardListForm list(wb.get());
+    list.open();
+    ASSERT_TRUE(list.dataSet()->locate("ARTICUL", QString("100-0010")));
+    const int id = list.dataSet()->fieldByName("ID")->asInteger();
+    {
+        workbench::EditDialog dlg(wb.get(), &list);
+        dlg.prepare();
+        ASSERT_EQ(dlg.frames().size(), size_t(5));
+        EXPECT_EQ(list.dataSet()->state(), db::DataSetState::Edit);
+        // Each lookup edits the card's own column and shows the name it refers to.
+        auto* algoritm = qobject_cast<TAbs_LF*>(dlg.frame("TAlgoritm_LF"));
+        ASSERT_NE(algoritm, nullptr);
+        EXPECT_EQ(algoritm->lcSelect->dataSource(), list.CurrentSource());
+        EXPECT_EQ(algoritm->lcSelect->keyValue().toInt(), 6);
+        EXPECT_EQ(algoritm->lcSelect->displayText(), "Ящичный расчёт по кратности");
+        auto* kind = qobject_cast<TAbs_LF*>(dlg.frame("TCardKind_LF"));
+        ASSERT_NE(kind, nullptr);
+        EXPECT_EQ(kind->lcSelect->displayText(), "Ящичная упаковка");
+
+        algoritm->lcSelect->setKeyValue(1);
+        dlg.nameEdit()->setText("Пиво светлое 0,5 л (ящик 24 шт.)");
+        dlg.accept();
+        EXPECT_EQ(dlg.result(), QDialog::Accepted);
+    }
+    EXPECT_EQ(list.dataSet()->state(), db::DataSetState::Browse);
+    EXPECT_EQ(scalar(QString("select ALGORITM from CARD where ID = %1").arg(id)).toInt(), 1);
+    EXPECT_EQ(scalar(QString("select NAME from CARD where ID = %1").arg(id)).toString(),
+              "Пиво светлое 0,5 л (ящик 24 шт.)");
+    EXPECT_EQ(list.dataSet()->fieldByName("ALGORITM_NAME")->asString(), "Наценка от закупочной цены");
+
+    // Cancel leaves the card as it was.
+    {
+        workbench::EditDialog dlg(wb.get(), &list);
+        dlg.prepare();
+        qobject_cast<TAbs_LF*>(dlg.frame("TAlgoritm_LF"))->lcSelect->setKeyValue(2);
+        dlg.reject();
+    }
+    EXPECT_EQ(list.dataSet()->state(), db::DataSetState::Browse);
+    EXPECT_EQ(scalar(QString("select ALGORITM from CARD where ID = %1").arg(id)).toInt(), 1);
+
+    // The frames' layouts went into the tree and the file.
+    EXPECT_TRUE(wb->LayoutRoot()->IsExists("EditDialog"));
+    EXPECT_TRUE(QFile::exists(wb->layoutFile()));
+}
+
+TEST_F(WorkbenchForms, EditDialogReportsAFailedPostAndStaysInEdit) {
+    workbench::CardListForm list(wb.get());
+    list.open();
+    const int id = list.dataSet()->fieldByName("ID")->asInteger();
+    // Another connection has changed the row and not committed: the no-wait write fails at once.
+    auto other = secondConnection();
+    db::Transaction otherTr(other.get(), db::TransactionOptions::writeNoWait());
+    db::Query q(other.get(), &otherTr);
+    q.setSql("update CARD set PRICE = PRICE + 1 where ID = :id");
+    q.paramByName("id")->setValue(id);
+    q.exec();
+    workbench::EditDialog dlg(wb.get(), &list);
+    dlg.prepare();
+    dlg.show();
+    dlg.accept();
+    EXPECT_TRUE(dlg.isVisible());
+    ASSERT_FALSE(wb->loggedMessages().isEmpty());
+    EXPECT_TRUE(wb->loggedMessages().last().contains("Карточка не сохранена"));
+    EXPECT_TRUE(list.dataSet()->inEditMode());
+    EXPECT_FALSE(list.writeTransaction()->active());
+    otherTr.rollback();
+    dlg.reject();
+}
+
+// ---- the executable
+
+QString workbenchExe() {
+#ifdef WORKBENCH_EXE
+    return QStringLiteral(WORKBENCH_EXE);
+#else
+    return QDir(QCoreApplication::applicationDirPath()).filePath("../host/workbench");
+#endif
+}
+
+struct ProcessRun {
+    int code = -1;
+    QString out, err;
+};
+
+ProcessRun runWorkbench(const QStringList& args, const QString& home) {
+    QProcess p;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("QT_QPA_PLATFORM", "offscreen");
+    env.insert("HOME", home);
+    env.insert("XDG_DATA_HOME", home + "/data");
+    env.insert("XDG_RUNTIME_DIR", home);
+    p.setProcessEnvironment(env);
+    p.start(workbenchExe(), args);
+    ProcessRun r;
+    if (!p.waitForFinished(120000)) {
+        p.kill();
+        return r;
+    }
+    r.code = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+    r.out = QString::fromUtf8(p.readAllStandardOutput());
+    r.err = QString::fromUtf8(p.readAllStandardError());
+    return r;
+}
+
+TEST(WorkbenchExe, ListsFramesAndRefusesADatabaseItCannotOpen) {
+    if (!QFile::exists(workbenchExe())) GTEST_SKIP() << "workbench not built";
+    QTemporaryDir home;
+    const ProcessRun list = runWorkbench({"--list"}, home.path());
+    EXPECT_EQ(list.code, 0);
+    const QStringList lines = list.out.split('\n', Qt::SkipEmptyParts);
+    EXPECT_TRUE(lines.contains("TAlgoritm_LF\tlookup")) << list.out.toStdString();
+    QStringList sorted = lines;
+    sorted.sort();
+    EXPECT_EQ(lines, sorted);
+    EXPECT_EQ(lines.size(), Registry::instance().classNames().size());
+
+    const QString bad = home.filePath("no/such/folder/x.fdb");
+    const ProcessRun r = runWorkbench({"--database", bad}, home.path());
+    EXPECT_EQ(r.code, 2);
+    EXPECT_TRUE(r.err.contains("Cannot open the database")) << r.err.toStdString();
+    EXPECT_TRUE(r.err.contains(bad));
+    EXPECT_EQ(r.err.count('\n'), 1) << r.err.toStdString(); // one message, nothing else
+    EXPECT_TRUE(r.out.isEmpty());
+}
+
+TEST(WorkbenchExe, WritesScreenshotsWithoutADisplay) {
+    if (!QFile::exists(workbenchExe())) GTEST_SKIP() << "workbench not built";
+    QTemporaryDir home;
+    const QString db = home.filePath("copy.fdb");
+    ASSERT_TRUE(QFile::copy(demoDatabasePath(), db));
+    QFile::setPermissions(db, QFile::ReadOwner | QFile::WriteOwner);
+    const QString shots = home.filePath("shots");
+    const ProcessRun r = runWorkbench({"--database", db, "--screenshots", shots}, home.path());
+    ASSERT_EQ(r.code, 0) << r.err.toStdString();
+    EXPECT_TRUE(r.out.contains(shots)) << r.out.toStdString();
+    EXPECT_TRUE(QFile::exists(shots + "/index.html"));
+    EXPECT_TRUE(QFile::exists(shots + "/EditDialog.png"));
+    EXPECT_TRUE(QFile::exists(shots + "/TAlgoritm_LF.png"));
+    QFile index(shots + "/index.html");
+    ASSERT_TRUE(index.open(QIODevice::ReadOnly));
+    const QString html = QString::fromUtf8(index.readAll());
+    EXPECT_TRUE(html.contains("EditDialog.png"));
+    EXPECT_TRUE(html.contains("TUser_LF.png"));
+}
+
+} // namespace
+} // namespace frames::test

@@ -1,0 +1,136 @@
+// The demo database: the statements the lookup frames run, the user functions, the build itself.
+#include "platform/db/Database.h"
+#include "platform/db/Query.h"
+#include "platform/db/Transaction.h"
+#include "schema/DemoDatabase.h"
+#include "tests/support/DbFixture.h"
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace frames::test {
+namespace {
+
+class SchemaTest : public DbTest {
+protected:
+    // The texts of one column of every row of a select.
+    QStringList column(const QString& sql, int col = 1, const QVariantMap& params = {}) {
+        db::Transaction tr(host->database.get(), db::TransactionOptions::read());
+        tr.start();
+        db::Query q(host->database.get(), &tr);
+        q.setSql(sql);
+        for (auto it = params.begin(); it != params.end(); ++it)
+            q.paramByName(it.key())->setValue(it.value());
+        q.open();
+        QStringList out;
+        while (q.next()) out << q.value(col).toString();
+        q.close();
+        tr.commit();
+        return out;
+    }
+};
+
+TEST_F(SchemaTest, LookupStatementsReturnRowsInCyrillicOrder) {
+    // The list statements leave out the system row and sort by PXW_CYRL: Ё next to Е, lower
+    // and upper case together, "я" last (byte order would put Ё first and lower case last).
+    const QStringList algoritm = column("select id,name from ALGORITM where id<>-1 order by name");
+    ASSERT_EQ(algoritm.size(), 8);
+    EXPECT_FALSE(algoritm.contains("<Не задан>"));
+    EXPECT_EQ(algoritm.indexOf("Ёмкостный пересчёт (за литр)"),
+              algoritm.indexOf("Евро-прайс с пересчётом по курсу") + 1);
+    EXPECT_LT(algoritm.indexOf("Наценка от закупочной цены"), algoritm.indexOf("округление до 10 копеек"));
+    EXPECT_LT(algoritm.indexOf("округление до 10 копеек"), algoritm.indexOf("По прайс-листу поставщика"));
+    EXPECT_EQ(algoritm.last(), "ящичный расчёт по кратности");
+
+    EXPECT_EQ(column("select id,name from ALGORITM where id=:id", 1, {{"id", 6}}),
+              QStringList{"ящичный расчёт по кратности"});
+
+    const QStringList kinds = column("SELECT ID, NAME, COMMENT FROM CARDKIND where ID<>-1 order by name");
+    EXPECT_EQ(kinds.size(), 8);
+    EXPECT_EQ(kinds.first(), "весовой товар");
+    EXPECT_EQ(kinds.last(), "ящичная упаковка");
+    EXPECT_EQ(column("SELECT ID, NAME, COMMENT FROM CARDKIND WHERE ID = ?ID", 2, {{"ID", 1}}),
+              QStringList{"Штучный товар для продажи"});
+
+    const QStringList types = column(
+        "SELECT ID_CARDTYPE, NAME_CARDTYPE FROM CARDTYPES where ID_CARDTYPE<>-1 order by name_cardtype");
+    EXPECT_EQ(types.size(), 9);
+    EXPECT_EQ(types.indexOf("ёлочные украшения"), types.indexOf("Ежедневная пресса") + 1);
+    EXPECT_EQ(column("SELECT ID_CARDTYPE, NAME_CARDTYPE FROM CARDTYPES WHERE ID_CARDTYPE = ?ID_CARDTYPE", 1,
+                     {{"ID_CARDTYPE", 5}}),
+              QStringList{"ёлочные украшения"});
+
+    const QStringList currencies = column("select * from CUR_TYPE order by NAME_CUR_TYPE");
+    EXPECT_EQ(currencies.size(), 8); // this list keeps the system row
+    EXPECT_TRUE(currencies.contains("Российский рубль"));
+
+    const QStringList users = column(
+        "select id_user, name_user from users where ID_USER<>-1 and ID_USER <> -10 order by name_user");
+    EXPECT_EQ(users.size(), 9);
+    EXPECT_EQ(users.first(), "абрамов Сергей (стажёр)");
+    EXPECT_EQ(column("select id_user, name_user from users where ID_USER=:id_user", 1, {{"id_user", 3}}),
+              QStringList{"Ёлкина Анна Сергеевна"});
+}
+
+TEST_F(SchemaTest, ConnectedUserAndRights) {
+    // The embedded connection logs in as SYSDBA, which is a real user of the system.
+    EXPECT_EQ(scalar("select tyuser(user) from rdb$database").toInt(), 1);
+    EXPECT_EQ(scalar("select tyuser('sysdba') from rdb$database").toInt(), 1);
+    EXPECT_EQ(scalar("select tyuser('ivanov') from rdb$database").toInt(), 2);
+    EXPECT_EQ(scalar("select tyuser('nobody') from rdb$database").toInt(), -1);
+    EXPECT_EQ(scalar("select tyuser(null) from rdb$database").toInt(), -1);
+    EXPECT_EQ(scalar("select count(*) from CUR_USER").toInt(), 1);
+    EXPECT_EQ(scalar("select ID_USER from CUR_USER").toInt(), 1);
+    EXPECT_EQ(scalar("select count(*) from USER_RIGHTS r join CUR_USER u on u.ID_USER = r.ID_USER "
+                     "where r.FUNC_NAME = 'CRM.LOGIN'")
+                  .toInt(),
+              1);
+    // Logins are kept in upper case whatever was written.
+    exec("insert into USERS (NAME_USER, LOGIN) values ('Новиков Павел', 'novikov')");
+    EXPECT_EQ(scalar("select LOGIN from USERS where NAME_USER = 'Новиков Павел'").toString(), "NOVIKOV");
+    EXPECT_GT(scalar("select tyuser('Novikov') from rdb$database").toInt(), 9);
+}
+
+TEST_F(SchemaTest, CardsReferToReferencesAndNumberThemselves) {
+    EXPECT_EQ(scalar("select count(*) from CARD").toInt(), 30);
+    // Some cards leave references empty; every reference that is set exists (foreign keys).
+    EXPECT_GT(scalar("select count(*) from CARD where ALGORITM is null").toInt(), 0);
+    EXPECT_GT(scalar("select count(*) from CARD where CARDKIND = 5").toInt(), 0);
+    exec("insert into CARD (ARTICUL, NAME, PRICE) values ('900-0001', 'Новая карточка', 10.5)");
+    EXPECT_EQ(scalar("select ID from CARD where ARTICUL = '900-0001'").toInt(), 31);
+    EXPECT_FALSE(scalar("select CREATED from CARD where ARTICUL = '900-0001'").isNull());
+    EXPECT_THROW(exec("insert into CARD (NAME, ALGORITM) values ('x', 999)"), db::Error);
+}
+
+TEST(DemoDatabaseBuild, ReplacesAFileAndLeavesNothingBehind) {
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    const QString path = dir.filePath("sub/demo.fdb");
+    QDir().mkpath(dir.filePath("sub"));
+    {
+        QFile junk(path);
+        ASSERT_TRUE(junk.open(QIODevice::WriteOnly));
+        junk.write("not a database");
+    }
+    EXPECT_FALSE(schema::ensureDemoDatabase(path)); // present: left alone
+    schema::createDemoDatabase(path);               // replaced
+    EXPECT_EQ(QDir(dir.filePath("sub")).entryList(QDir::Files | QDir::Hidden), QStringList{"demo.fdb"});
+    db::Database database;
+    database.open(path);
+    db::Transaction tr(&database, db::TransactionOptions::read());
+    db::Query q(&database, &tr);
+    q.setSql("select count(*) from CARD");
+    q.open();
+    ASSERT_TRUE(q.next());
+    EXPECT_EQ(q.value(0).toInt(), 30);
+    q.close();
+    tr.commit();
+    database.close();
+
+    const QString fresh = dir.filePath("new/deeper/demo.fdb");
+    EXPECT_TRUE(schema::ensureDemoDatabase(fresh)); // folders are made
+    EXPECT_TRUE(QFile::exists(fresh));
+}
+
+} // namespace
+} // namespace frames::test
