@@ -82,7 +82,8 @@ Transaction* DataSet::writeTransaction() const {
 }
 
 void DataSet::prepare() {
-    if (stmt_ && stmt_->sql() == select_) return;
+    // Rows of an open dataset are decoded through its statement: keep it while open.
+    if (stmt_ && stmt_->valid() && (stmt_->sql() == select_ || active())) return;
     if (!db_ && tr_) db_ = tr_->database();
     if (!db_) throw Error::configuration(QStringLiteral("No database for dataset %1").arg(description()));
     if (select_.trimmed().isEmpty())
@@ -135,6 +136,7 @@ QString DataSet::storageNumericText(int physRow, int column) const {
 }
 
 Statement* DataSet::cachedStatement(const QString& sql, Transaction* tr) {
+    std::erase_if(modifyStmts_, [](const auto& s) { return !s->valid(); });
     for (auto& s : modifyStmts_)
         if (s->sql() == sql) return s.get();
     if (!db_) throw Error::configuration(QStringLiteral("No database for dataset %1").arg(description()));

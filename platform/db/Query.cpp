@@ -53,7 +53,8 @@ Transaction* effectiveTransaction(Database* db, Transaction* tr, const QString& 
 } // namespace
 
 void Query::prepare() {
-    if (stmt_) return;
+    if (stmt_ && stmt_->valid()) return;
+    stmt_.reset();
     if (!db_ && tr_) db_ = tr_->database();
     if (!db_) throw Error::configuration(QStringLiteral("No database for statement: %1").arg(sql_));
     Transaction* tr = effectiveTransaction(db_, tr_, sql_);

@@ -129,6 +129,7 @@ Statement::Statement(Database* db, Transaction* tr, const QString& sql) : db_(db
     scanned_ = ScannedSql::scan(sql);
     tr->ensureStarted();
     const QByteArray text = scanned_.positionalSql.toUtf8();
+    att_ = db->handle();
     fb::Status st;
     try {
         stmt_ = db->handle()->prepare(&st, tr->handle(), unsigned(text.size()), text.constData(), 3,
@@ -211,7 +212,7 @@ Statement::~Statement() {
     if (stmt_) {
         try {
             fb::Status st;
-            if (db_ && db_->handle())
+            if (valid())
                 stmt_->free(&st);
             else
                 stmt_->release();
@@ -219,6 +220,10 @@ Statement::~Statement() {
             stmt_->release();
         }
     }
+}
+
+bool Statement::valid() const {
+    return db_ && db_->handle() && db_->handle() == att_;
 }
 
 bool Statement::hasCursor() const {
@@ -359,6 +364,8 @@ void Statement::bind(const std::vector<QVariant>& values, Transaction* tr) {
             *nullInd = 0;
             switch (c.type) {
             case SQL_BLOB: {
+                if (!valid())
+                    throw Error::configuration(QStringLiteral("Database is closed; statement: %1").arg(sql_));
                 tr->ensureStarted();
                 ISC_QUAD id{};
                 IBlob* blob = db_->handle()->createBlob(&st, tr->handle(), &id, 0, nullptr);
@@ -425,9 +432,9 @@ void Statement::openCursor(Transaction* tr) {
 
 bool Statement::fetch(char* row) {
     if (!rs_) return false;
-    fb::Status st;
+    if (!fetchStatus_) fetchStatus_ = std::make_unique<fb::Status>();
     try {
-        if (rs_->fetchNext(&st, row) == IStatus::RESULT_OK) return true;
+        if (rs_->fetchNext(fetchStatus_.get(), row) == IStatus::RESULT_OK) return true;
     } catch (const FbException& e) {
         Error err = fb::toError(e.getStatus(), context());
         closeCursor();
@@ -523,6 +530,8 @@ QVariant Statement::decode(const char* row, int col, Transaction* tr) const {
     case SQL_BLOB: {
         ISC_QUAD id;
         std::memcpy(&id, p, sizeof id);
+        if (!valid())
+            throw Error::configuration(QStringLiteral("Database is closed; statement: %1").arg(sql_));
         tr->ensureStarted();
         QByteArray data;
         fb::Status st;

@@ -1,13 +1,17 @@
 #pragma once
 // Private: one prepared Firebird statement with its parameter encoding, output message layout
 // and value decoding. Query and DataSet keep one while their SQL text is unchanged.
+#include "platform/db/Database.h"
 #include "platform/db/Field.h"
 #include "platform/db/Params.h"
+#include <QPointer>
 #include <QString>
 #include <QVariant>
+#include <memory>
 #include <vector>
 
 namespace Firebird {
+class IAttachment;
 class IStatement;
 class IMessageMetadata;
 class IResultSet;
@@ -15,6 +19,9 @@ class IResultSet;
 
 namespace frames::db {
 
+namespace fb {
+class Status;
+}
 class Database;
 class Transaction;
 
@@ -43,6 +50,8 @@ public:
     const QString& sql() const { return sql_; }
     const ScannedSql& scanned() const { return scanned_; }
     Database* database() const { return db_; }
+    // False once the database was closed or attached again: prepare anew.
+    bool valid() const;
     bool hasCursor() const; // a select
 
     const std::vector<Column>& columns() const { return cols_; }
@@ -77,7 +86,8 @@ public:
 private:
     QString context() const;
 
-    Database* db_;
+    QPointer<Database> db_;
+    Firebird::IAttachment* att_ = nullptr; // the attachment the statement was prepared on
     QString sql_;
     ScannedSql scanned_;
     Firebird::IStatement* stmt_ = nullptr;
@@ -85,6 +95,7 @@ private:
     Firebird::IMessageMetadata* in_ = nullptr;       // ours, built by bind()
     Firebird::IMessageMetadata* outMeta_ = nullptr;
     Firebird::IResultSet* rs_ = nullptr;
+    std::unique_ptr<fb::Status> fetchStatus_; // reused by every fetch of a cursor
     std::vector<char> inBuf_;
     std::vector<char> out_;
     std::vector<Column> cols_;

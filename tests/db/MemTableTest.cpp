@@ -1,5 +1,5 @@
-#include "platform/db/DataSource.h"
 #include "platform/db/MemTable.h"
+#include "platform/db/DataSource.h"
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 

@@ -151,15 +151,16 @@ TEST(DatabaseOpen, MissingFileAndReattach) {
     EXPECT_TRUE(db.isOpen());
     db.executeImmediate("create table x (a integer)");
     Transaction t(&db);
-    t.start();
-    db.close(); // rolls back what is open
-    EXPECT_FALSE(t.active());
-    EXPECT_FALSE(db.isOpen());
-    db.open(dir.filePath("a.fdb"));
-    EXPECT_EQ(db.connectString(), dir.filePath("a.fdb"));
     Query q(&db, &t);
     q.setSql("select count(*) from x");
     q.exec();
+    db.close(); // rolls back what is open
+    EXPECT_FALSE(t.active());
+    EXPECT_FALSE(db.isOpen());
+    EXPECT_THROW(q.exec(), Error);
+    db.open(dir.filePath("a.fdb"));
+    EXPECT_EQ(db.connectString(), dir.filePath("a.fdb"));
+    q.exec(); // prepared again on the new attachment
     EXPECT_EQ(q.value(0).toInt(), 0);
 }
 
