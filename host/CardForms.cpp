@@ -120,6 +120,8 @@ CardListForm::CardListForm(HostImpl* host, QWidget* parent) : TfmLayer1_FIB(pare
 }
 
 CardListForm::~CardListForm() {
+    // A form that was never shown or closed keeps its layout too.
+    if (!layoutSaved_) frames::guard([this] { saveLayout(); });
     // The grid goes before the dataset it shows.
     delete grid_;
     if (writeTr_->active()) {
@@ -163,6 +165,7 @@ void CardListForm::open() {
 }
 
 void CardListForm::saveLayout() {
+    layoutSaved_ = true;
     frames::TConfigItem* node = host_->LayoutRoot()->ItemByName(objectName());
     node->ItemByName(QStringLiteral("Grid"))->SetAsString(layoutText(grid_->saveLayout()));
     node->ItemByName(QStringLiteral("Width"))->SetAsInteger(width());
@@ -171,15 +174,8 @@ void CardListForm::saveLayout() {
 }
 
 void CardListForm::done(int r) {
-    if (!layoutSaved_) {
-        layoutSaved_ = true;
-        saveLayout();
-    }
+    if (!layoutSaved_) frames::guard([this] { saveLayout(); });
     TfmLayer1_FIB::done(r);
-}
-
-void CardListForm::closeEvent(QCloseEvent* e) {
-    TfmLayer1_FIB::closeEvent(e);
 }
 
 int CardListForm::editCurrent() {

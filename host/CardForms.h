@@ -45,7 +45,6 @@ public:
     void refresh();
 
 protected:
-    void closeEvent(QCloseEvent* e) override;
     void done(int r) override;
 
 private:

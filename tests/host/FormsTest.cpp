@@ -4,6 +4,7 @@
 #include "frames/lookup/LF_Abs.h"
 #include "host/CardForms.h"
 #include "host/HostImpl.h"
+#include "host/MainWindow.h"
 #include "host/ReferenceForms.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/Query.h"
@@ -202,6 +203,48 @@ TEST_F(WorkbenchForms, EditDialogReportsAFailedPostAndStaysInEdit) {
     EXPECT_FALSE(list.writeTransaction()->active());
     otherTr.rollback();
     dlg.reject();
+}
+
+TEST_F(WorkbenchForms, FrameBrowserShowsFramesFreeStanding) {
+    workbench::MainWindow window(wb.get(), &Registry::instance());
+    for (const QString& cls : Registry::instance().classNames("lookup")) {
+        TAbsEditFrame* f = window.showFrame(cls);
+        if (cls == "TAbs_LF") continue; // the base has no statement of its own
+        ASSERT_NE(f, nullptr) << cls.toStdString();
+        EXPECT_EQ(window.currentFrame(), f);
+        EXPECT_EQ(f->Owner(), nullptr) << cls.toStdString(); // nothing to bind to
+        if (auto* lf = qobject_cast<TAbs_LF*>(f)) {
+            EXPECT_EQ(lf->lcSelect->dataSource(), nullptr);
+            EXPECT_TRUE(lf->pFIBDataSet1->active());
+            EXPECT_GT(lf->pFIBDataSet1->recordCount(), 1) << cls.toStdString(); // the whole list
+        }
+    }
+    EXPECT_EQ(window.showFrame("TNoSuch_LF"), nullptr);
+    EXPECT_EQ(window.currentFrame(), nullptr);
+    EXPECT_TRUE(wb->loggedMessages().last().contains("TNoSuch_LF"));
+}
+
+TEST_F(WorkbenchForms, ListLayoutSurvivesARestart) {
+    {
+        workbench::CardListForm list(wb.get());
+        list.open();
+        list.grid()->setColumnHidden(list.grid()->columnOfField("NAME_USER"), true);
+        list.resize(700, 400);
+        list.close();
+    }
+    workbench::HostImpl::Settings s;
+    s.profileRoot = root.path();
+    s.interactive = false;
+    workbench::HostImpl again(s);
+    ASSERT_TRUE(again.loadLayout());
+    again.openDatabase(databasePath());
+    setHost(&again);
+    workbench::CardListForm list(&again);
+    list.open();
+    EXPECT_TRUE(list.grid()->isColumnHidden(list.grid()->columnOfField("NAME_USER")));
+    EXPECT_FALSE(list.grid()->isColumnHidden(list.grid()->columnOfField("NAME")));
+    EXPECT_EQ(list.width(), 700);
+    setHost(wb.get());
 }
 
 // ---- the executable

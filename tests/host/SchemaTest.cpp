@@ -126,10 +126,6 @@ TEST(DemoDatabaseBuild, ReplacesAFileAndLeavesNothingBehind) {
     q.close();
     tr.commit();
     database.close();
-
-    const QString fresh = dir.filePath("new/deeper/demo.fdb");
-    EXPECT_TRUE(schema::ensureDemoDatabase(fresh)); // folders are made
-    EXPECT_TRUE(QFile::exists(fresh));
 }
 
 } // namespace
