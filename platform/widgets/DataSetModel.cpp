@@ -264,7 +264,7 @@ int DataSetModel::columnCount(const QModelIndex& parent) const {
 
 QVariant DataSetModel::data(const QModelIndex& index, int role) const {
     ++dataCalls_;
-    if (!index.isValid() || index.column() >= int(columns_.size())) return QVariant();
+    if (blank_ || !index.isValid() || index.column() >= int(columns_.size())) return QVariant();
     const int dsRow = dataSetRow(index.row());
     const int col = index.column();
     if (dsRow < 0) { // the leading "no value" row

@@ -76,6 +76,10 @@ public:
     void setQuiet(bool quiet);
     bool isQuiet() const { return quiet_ > 0; }
 
+    // While blank, data() answers nothing: QComboBox measures the text of every item when its
+    // list opens, which a control over a long list suppresses this way.
+    void setBlank(bool blank) { blank_ = blank; }
+
     // Re-reads the dataset's shape (columns, row count) and resets the views.
     void refresh();
 
@@ -110,6 +114,7 @@ private:
     int rows_ = 0; // dataset rows as last told to the views
     int lastCur_ = -1;
     int quiet_ = 0;
+    bool blank_ = false;
     mutable qint64 dataCalls_ = 0;
 };
 

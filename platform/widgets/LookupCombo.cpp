@@ -17,13 +17,25 @@ namespace frames::ui {
 
 namespace {
 
-// The combo part: asks its owner before the list opens.
+// The combo part: asks its owner before the list opens. QComboBox::showPopup measures the text
+// (and asks the icon) of every item to size the list; with the model blank for that call a list
+// of half a million rows opens at once and the list is as wide as the combo.
 class LookupComboBox : public QComboBox {
 public:
     using QComboBox::QComboBox;
     std::function<bool()> mayShow;
+    DataSetModel* dataModel = nullptr;
     void showPopup() override {
-        if (!mayShow || mayShow()) QComboBox::showPopup();
+        if (mayShow && !mayShow()) return;
+        if (dataModel) dataModel->setBlank(true);
+        try {
+            QComboBox::showPopup();
+        } catch (...) {
+            if (dataModel) dataModel->setBlank(false);
+            throw;
+        }
+        if (dataModel) dataModel->setBlank(false);
+        view()->viewport()->update();
     }
 };
 
@@ -93,6 +105,7 @@ LookupCombo::LookupCombo(QWidget* parent) : QWidget(parent) {
     setFocusProxy(combo_);
 
     model_ = new DataSetModel(this);
+    box->dataModel = model_;
     model_->setDecoration([this](int row) { return rowImage(row); });
     combo_->setModel(model_);
     // Connected after setModel so that the combo has handled the reset when the key is re-shown.

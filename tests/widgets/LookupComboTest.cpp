@@ -263,8 +263,20 @@ TEST(LookupCombo, LargeList) {
     lc.show();
     lc.setKeyValue(199998);
     EXPECT_EQ(lc.comboBox()->currentText(), "Name 199998");
+    auto* model = qobject_cast<ui::DataSetModel*>(lc.comboBox()->model());
+    ASSERT_NE(model, nullptr);
+    int images = 0;
+    lc.OnGetImage = [&](QObject*, int) {
+        ++images;
+        return QIcon();
+    };
     lc.dropDown();
     EXPECT_TRUE(lc.isDroppedDown());
+    QCoreApplication::processEvents();
+    // Opening does not go through the rows: only the shown ones are asked for their image.
+    EXPECT_GT(images, 0);
+    EXPECT_LT(images, 100);
+    EXPECT_EQ(lc.comboBox()->view()->currentIndex().row(), 199998);
     EXPECT_EQ(lc.comboBox()->maxVisibleItems(), 8);
     lc.closeUp(false);
     EXPECT_GE(lc.height(), 21);
