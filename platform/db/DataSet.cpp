@@ -6,27 +6,28 @@
 
 namespace frames::db {
 
-// Fetched rows are the raw output messages, kept in fixed-size chunks so that growing never
-// copies; posted and inserted rows are kept decoded in an overlay.
+// Fetched rows are kept as raw bytes in large chunks (see Statement::compact) and decoded on
+// access; posted and inserted rows are kept decoded in an overlay.
 struct DataSet::Rows {
-    size_t stride = 0;
-    int chunkRows = 256;
+    static constexpr size_t chunkSize = size_t(1) << 20;
+    std::vector<std::unique_ptr<char[]>> chunks;
+    size_t used = chunkSize; // bytes used in the last chunk
+    std::vector<const char*> rows;
     int fetched = 0;
     int extra = 0; // inserted rows: physical rows fetched .. fetched + extra - 1
-    std::vector<std::unique_ptr<char[]>> chunks;
     std::unordered_map<int, std::vector<QVariant>> overlay;
 
-    explicit Rows(unsigned msgLen) {
-        stride = (size_t(std::max(1u, msgLen)) + 7) & ~size_t(7);
-        chunkRows = int(std::max<size_t>(64, (size_t(1) << 18) / stride));
-    }
-    const char* row(int r) const {
-        return chunks[size_t(r / chunkRows)].get() + size_t(r % chunkRows) * stride;
-    }
-    char* slot(int r) {
-        const size_t c = size_t(r / chunkRows);
-        if (c == chunks.size()) chunks.emplace_back(new char[stride * size_t(chunkRows)]);
-        return chunks[c].get() + size_t(r % chunkRows) * stride;
+    const char* row(int r) const { return rows[size_t(r)]; }
+    void add(const Statement& st, const char* msg) {
+        const size_t size = st.compactSize(msg);
+        if (used + size > chunkSize || chunks.empty()) {
+            chunks.emplace_back(new char[std::max(chunkSize, size)]);
+            used = 0;
+        }
+        char* out = chunks.back().get() + used;
+        used += (st.compact(msg, out) + 7) & ~size_t(7);
+        rows.push_back(out);
+        ++fetched;
     }
 };
 
@@ -98,10 +99,11 @@ void DataSet::doOpen() {
     Statement& st = *stmt_;
     st.bind(params_, tr);
     for (const Column& c : st.columns()) addField(c.name, c.type, c.size, -c.scale);
-    auto rows = std::make_unique<Rows>(st.messageLength());
+    auto rows = std::make_unique<Rows>();
+    std::vector<char> msg(std::max(1u, st.messageLength()));
     st.openCursor(tr);
     try {
-        while (st.fetch(rows->slot(rows->fetched))) ++rows->fetched;
+        while (st.fetch(msg.data())) rows->add(st, msg.data());
     } catch (...) {
         st.closeCursor();
         throw;
@@ -126,13 +128,13 @@ QVariant DataSet::storageValue(int physRow, int column) const {
             return size_t(column) < it->second.size() ? it->second[size_t(column)] : QVariant();
     }
     if (physRow < 0 || physRow >= rows_->fetched) return {};
-    return stmt_->decode(rows_->row(physRow), column, readTransaction());
+    return stmt_->decodeCompact(rows_->row(physRow), column, readTransaction());
 }
 
 QString DataSet::storageNumericText(int physRow, int column) const {
     if (!rows_ || physRow < 0 || physRow >= rows_->fetched) return {};
     if (!rows_->overlay.empty() && rows_->overlay.count(physRow)) return {};
-    return stmt_->numericText(rows_->row(physRow), column);
+    return stmt_->numericTextCompact(rows_->row(physRow), column);
 }
 
 Statement* DataSet::cachedStatement(const QString& sql, Transaction* tr) {

@@ -14,6 +14,12 @@ namespace {
 
 std::atomic<quint64> g_prepares{0};
 
+template <typename T> T load(const char* p) {
+    T v;
+    std::memcpy(&v, p, sizeof v);
+    return v;
+}
+
 constexpr unsigned CS_NONE = 0, CS_OCTETS = 1, CS_UNICODE_FSS = 3, CS_UTF8 = 4;
 
 unsigned bytesPerChar(unsigned cs) {
@@ -193,6 +199,7 @@ Statement::Statement(Database* db, Transaction* tr, const QString& sql) : db_(db
                 c.size = int(c.length);
         }
         out_.assign(msgLen_ ? msgLen_ : 1, 0);
+        initCompact();
     } catch (const FbException& e) {
         Error err = fb::toError(e.getStatus(), context());
         if (outMeta_) outMeta_->release();
@@ -480,63 +487,139 @@ qint64 Statement::affectedRecords() const {
 
 QVariant Statement::decode(const char* row, int col, Transaction* tr) const {
     const Column& c = cols_[size_t(col)];
-    if (*reinterpret_cast<const short*>(row + c.nullOffset)) return {};
+    if (load<short>(row + c.nullOffset)) return {};
     const char* p = row + c.offset;
+    if (c.sqlType == SQL_VARYING) return decodeValue(c, p + sizeof(ISC_USHORT), load<ISC_USHORT>(p), tr);
+    if (c.sqlType == SQL_TEXT) {
+        qsizetype len = qsizetype(c.length);
+        if (c.charSet != CS_OCTETS)
+            while (len > 0 && p[len - 1] == ' ') --len;
+        return decodeValue(c, p, len, tr);
+    }
+    return decodeValue(c, p, 0, tr);
+}
+
+void Statement::initCompact() {
+    const size_t n = cols_.size();
+    compactOffsets_.resize(n);
+    size_t off = n; // one null flag per column first
+    for (size_t i = 0; i < n; ++i) {
+        compactOffsets_[i] = unsigned(off);
+        const Column& c = cols_[i];
+        const bool var = c.sqlType == SQL_VARYING || (c.sqlType == SQL_TEXT && c.charSet != CS_OCTETS);
+        off += var ? 2 * sizeof(quint32) : c.length;
+    }
+    compactFixed_ = unsigned(off);
+}
+
+size_t Statement::compactSize(const char* msg) const {
+    size_t size = compactFixed_;
+    for (const Column& c : cols_) {
+        if (load<short>(msg + c.nullOffset)) continue;
+        const char* p = msg + c.offset;
+        if (c.sqlType == SQL_VARYING)
+            size += load<ISC_USHORT>(p);
+        else if (c.sqlType == SQL_TEXT && c.charSet != CS_OCTETS)
+            size += c.length;
+    }
+    return size;
+}
+
+size_t Statement::compact(const char* msg, char* out) const {
+    size_t var = compactFixed_;
+    const size_t n = cols_.size();
+    for (size_t i = 0; i < n; ++i) {
+        const Column& c = cols_[i];
+        const bool isNull = load<short>(msg + c.nullOffset) != 0;
+        out[i] = isNull ? 1 : 0;
+        char* slot = out + compactOffsets_[i];
+        const char* p = msg + c.offset;
+        if (c.sqlType == SQL_VARYING || (c.sqlType == SQL_TEXT && c.charSet != CS_OCTETS)) {
+            quint32 len = 0;
+            const char* src = p;
+            if (!isNull) {
+                if (c.sqlType == SQL_VARYING) {
+                    len = load<ISC_USHORT>(p);
+                    src = p + sizeof(ISC_USHORT);
+                } else {
+                    len = c.length;
+                    while (len > 0 && p[len - 1] == ' ') --len;
+                }
+                std::memcpy(out + var, src, len);
+            }
+            const quint32 at = quint32(var);
+            std::memcpy(slot, &at, sizeof at);
+            std::memcpy(slot + sizeof at, &len, sizeof len);
+            var += len;
+        } else if (!isNull) {
+            std::memcpy(slot, p, c.length);
+        }
+    }
+    return var;
+}
+
+QVariant Statement::decodeCompact(const char* row, int col, Transaction* tr) const {
+    if (row[col]) return {};
+    const Column& c = cols_[size_t(col)];
+    const char* slot = row + compactOffsets_[size_t(col)];
+    if (c.sqlType == SQL_VARYING || (c.sqlType == SQL_TEXT && c.charSet != CS_OCTETS))
+        return decodeValue(c, row + load<quint32>(slot), load<quint32>(slot + sizeof(quint32)), tr);
+    return decodeValue(c, slot, qsizetype(c.length), tr);
+}
+
+QString Statement::numericTextCompact(const char* row, int col) const {
+    const Column& c = cols_[size_t(col)];
+    if (c.scale >= 0) return {};
+    if (row[col]) return QStringLiteral("");
+    return numericTextAt(c, row + compactOffsets_[size_t(col)]);
+}
+
+QVariant Statement::decodeValue(const Column& c, const char* p, qsizetype textLen, Transaction* tr) const {
     auto scaled = [&](double raw) -> QVariant {
         if (c.scale < 0) return raw / pow10(-c.scale);
         return raw;
     };
     switch (c.sqlType) {
     case SQL_SHORT: {
-        const ISC_SHORT v = *reinterpret_cast<const ISC_SHORT*>(p);
+        const ISC_SHORT v = load<ISC_SHORT>(p);
         return c.scale < 0 ? scaled(v) : QVariant(int(v));
     }
     case SQL_LONG: {
-        const ISC_LONG v = *reinterpret_cast<const ISC_LONG*>(p);
+        const ISC_LONG v = load<ISC_LONG>(p);
         return c.scale < 0 ? scaled(v) : QVariant(int(v));
     }
     case SQL_INT64: {
-        const ISC_INT64 v = *reinterpret_cast<const ISC_INT64*>(p);
+        const ISC_INT64 v = load<ISC_INT64>(p);
         return c.scale < 0 ? scaled(double(v)) : QVariant(qlonglong(v));
     }
     case SQL_FLOAT:
-        return double(*reinterpret_cast<const float*>(p));
+        return double(load<float>(p));
     case SQL_DOUBLE:
     case SQL_D_FLOAT:
-        return *reinterpret_cast<const double*>(p);
-    case SQL_TEXT: {
-        if (c.charSet == CS_OCTETS) return QByteArray(p, qsizetype(c.length));
-        qsizetype len = qsizetype(c.length);
-        while (len > 0 && p[len - 1] == ' ') --len;
-        return QString::fromUtf8(p, len);
-    }
-    case SQL_VARYING: {
-        ISC_USHORT len;
-        std::memcpy(&len, p, sizeof len);
-        if (c.charSet == CS_OCTETS) return QByteArray(p + sizeof len, len);
-        return QString::fromUtf8(p + sizeof len, len);
-    }
+        return load<double>(p);
+    case SQL_TEXT:
+    case SQL_VARYING:
+        if (c.charSet == CS_OCTETS) return QByteArray(p, textLen);
+        return QString::fromUtf8(p, textLen);
     case SQL_TYPE_DATE:
-        return decodeDate(*reinterpret_cast<const ISC_DATE*>(p));
+        return decodeDate(load<ISC_DATE>(p));
     case SQL_TYPE_TIME:
-        return decodeTime(*reinterpret_cast<const ISC_TIME*>(p));
+        return decodeTime(load<ISC_TIME>(p));
     case SQL_TIMESTAMP: {
-        ISC_TIMESTAMP ts;
-        std::memcpy(&ts, p, sizeof ts);
+        const ISC_TIMESTAMP ts = load<ISC_TIMESTAMP>(p);
         return QDateTime(decodeDate(ts.timestamp_date), decodeTime(ts.timestamp_time));
     }
     case SQL_BOOLEAN:
-        return *reinterpret_cast<const FB_BOOLEAN*>(p) != 0;
+        return load<FB_BOOLEAN>(p) != 0;
     case SQL_BLOB: {
-        ISC_QUAD id;
-        std::memcpy(&id, p, sizeof id);
+        const ISC_QUAD id = load<ISC_QUAD>(p);
         if (!valid())
             throw Error::configuration(QStringLiteral("Database is closed; statement: %1").arg(sql_));
         tr->ensureStarted();
         QByteArray data;
         fb::Status st;
         try {
-            IBlob* blob = db_->handle()->openBlob(&st, tr->handle(), &id, 0, nullptr);
+            IBlob* blob = db_->handle()->openBlob(&st, tr->handle(), const_cast<ISC_QUAD*>(&id), 0, nullptr);
             try {
                 char buf[32768];
                 for (;;) {
@@ -564,18 +647,21 @@ QVariant Statement::decode(const char* row, int col, Transaction* tr) const {
 QString Statement::numericText(const char* row, int col) const {
     const Column& c = cols_[size_t(col)];
     if (c.scale >= 0) return {};
-    if (*reinterpret_cast<const short*>(row + c.nullOffset)) return QStringLiteral("");
-    const char* p = row + c.offset;
+    if (load<short>(row + c.nullOffset)) return QStringLiteral("");
+    return numericTextAt(c, row + c.offset);
+}
+
+QString Statement::numericTextAt(const Column& c, const char* p) {
     qint64 v;
     switch (c.sqlType) {
     case SQL_SHORT:
-        v = *reinterpret_cast<const ISC_SHORT*>(p);
+        v = load<ISC_SHORT>(p);
         break;
     case SQL_LONG:
-        v = *reinterpret_cast<const ISC_LONG*>(p);
+        v = load<ISC_LONG>(p);
         break;
     case SQL_INT64:
-        v = *reinterpret_cast<const ISC_INT64*>(p);
+        v = load<ISC_INT64>(p);
         break;
     default:
         return {};

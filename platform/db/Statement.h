@@ -80,11 +80,23 @@ public:
     // Exact decimal text of a scaled integer column; a null QString for other columns.
     QString numericText(const char* row, int col) const;
 
+    // Compact rows, as a dataset keeps them: a null flag per column, then a fixed slot per
+    // column (text columns: offset and length of their bytes), then the text bytes. Text
+    // columns keep only the bytes they use (CHAR without its trailing blanks), so a row costs
+    // what it holds rather than the maximum length of every column.
+    size_t compactSize(const char* msg) const;        // bytes compact() will write
+    size_t compact(const char* msg, char* out) const; // returns the bytes written
+    QVariant decodeCompact(const char* row, int col, Transaction* tr) const;
+    QString numericTextCompact(const char* row, int col) const;
+
     // Number of statements prepared by this process (lets tests see reuse).
     static quint64 prepareCount();
 
 private:
     QString context() const;
+    void initCompact();
+    QVariant decodeValue(const Column& c, const char* p, qsizetype textLen, Transaction* tr) const;
+    static QString numericTextAt(const Column& c, const char* p);
 
     QPointer<Database> db_;
     Firebird::IAttachment* att_ = nullptr; // the attachment the statement was prepared on
@@ -99,6 +111,8 @@ private:
     std::vector<char> inBuf_;
     std::vector<char> out_;
     std::vector<Column> cols_;
+    std::vector<unsigned> compactOffsets_; // fixed slot of each column in a compact row
+    unsigned compactFixed_ = 0;            // null flags + fixed slots
     unsigned msgLen_ = 0;
     unsigned type_ = 0;
 };

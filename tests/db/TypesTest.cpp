@@ -109,3 +109,30 @@ TEST_F(Types, EveryTypeRoundTripsThroughParametersAndDataSet) {
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(Types, EmptyTextIsNotNullAndLargeResultsStayIntact) {
+    exec("create table big (id integer, c char(10), v varchar(600), o char(3) character set octets)");
+    exec("insert into big values (0, '', '', x'000000')");
+    exec("execute block as declare i integer = 1; begin while (i <= 3000) do begin"
+         " insert into big values (:i, 'ж' || :i, lpad('', 500, 'щ') || :i, null); i = i + 1; end end");
+    DataSet ds(db.get(), read.get());
+    ds.setSelectSql("select * from big order by id");
+    ds.open();
+    ASSERT_EQ(ds.recordCount(), 3001);
+    EXPECT_FALSE(ds.fieldByName("c")->isNull());
+    EXPECT_EQ(ds.fieldByName("c")->asString(), "");
+    EXPECT_FALSE(ds.fieldByName("v")->isNull());
+    EXPECT_EQ(ds.fieldByName("v")->asString(), "");
+    EXPECT_EQ(ds.fieldByName("o")->asBytes(), QByteArray(3, '\0'));
+    for (int row : {1, 1500, 2999, 3000}) {
+        ds.setRecNo(row);
+        EXPECT_EQ(ds.fieldByName("id")->asInteger(), row);
+        EXPECT_EQ(ds.fieldByName("c")->asString(), QString::fromUtf8("ж") + QString::number(row));
+        EXPECT_EQ(ds.fieldByName("v")->asString(), QString(500, QChar(0x0449)) + QString::number(row));
+        EXPECT_TRUE(ds.fieldByName("o")->isNull());
+    }
+}
+
+} // namespace
