@@ -206,6 +206,23 @@ TEST_F(DataSets, EditInsertDeleteRunTheirStatementsInTheUpdateTransaction) {
     EXPECT_EQ(ds->fieldByName("id")->asInteger(), 4);
 }
 
+TEST_F(DataSets, InsertReturningFillsTheRowAndReopenKeepsPosition) {
+    ds->setInsertSql(
+        "insert into goods (id, name) values (coalesce(:id, 100), upper(:name)) returning id, name");
+    ds->open();
+    ds->append();
+    ds->fieldByName("name")->setValue(QString::fromUtf8("дыня"));
+    ds->post();
+    EXPECT_EQ(ds->fieldByName("id")->asInteger(), 100);
+    EXPECT_EQ(ds->fieldByName("name")->asString(), QString::fromUtf8("ДЫНЯ"));
+    write->commit();
+    read->commit();
+    ds->locate("id", 4);
+    ds->reopen(true);
+    EXPECT_EQ(ds->recordCount(), 6);
+    EXPECT_EQ(ds->fieldByName("id")->asInteger(), 4);
+}
+
 TEST_F(DataSets, FailedPostKeepsEverythingTheUserTyped) {
     exec("create table ref (g integer references goods(id))");
     exec("insert into ref values (2)");
