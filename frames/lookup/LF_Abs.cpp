@@ -147,8 +147,9 @@ void TAbs_LF::pFIBDataSet1AfterOpen(db::AbstractDataSet&) {
             };
 }
 
-void TAbs_LF::FieldGetText(const db::Field& field, QString& text, bool) {
-    text = field.asString();
+void TAbs_LF::FieldGetText(const db::Field&, QString& text, bool) {
+    // text arrives as the value of the row being shown (lists paint rows without moving the
+    // cursor, so the field itself would give the current row's value).
     if (!text.isEmpty() && text.at(0) == QChar(0x044F)) // "я"
         text[0] = QChar(0x042F);                        // "Я"
 }
