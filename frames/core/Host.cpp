@@ -24,17 +24,7 @@ Host* host() {
     return g_host;
 }
 
-QString errorText(std::exception_ptr e) {
-    try {
-        std::rethrow_exception(e);
-    } catch (const db::Error& err) {
-        return err.text();
-    } catch (const std::exception& err) {
-        return QString::fromUtf8(err.what());
-    } catch (...) {
-        return QStringLiteral("Неизвестная ошибка");
-    }
-}
+QString errorText(std::exception_ptr e) { return ui::exceptionText(e); }
 
 bool guard(const std::function<void()>& handler) {
     try {

@@ -28,7 +28,7 @@ QString exceptionText(std::exception_ptr e) {
     } catch (const std::exception& err) {
         return QString::fromUtf8(err.what());
     } catch (...) {
-        return QStringLiteral("Unknown error");
+        return QStringLiteral("Неизвестная ошибка");
     }
 }
 
