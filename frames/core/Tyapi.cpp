@@ -1,6 +1,7 @@
 #include "frames/core/Tyapi.h"
 #include "frames/core/Host.h"
 #include "platform/db/Database.h"
+#include "platform/db/Params.h"
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
 #include <QDate>
@@ -20,16 +21,10 @@ QString IBBool(bool value) {
 
 QString SqlLiteral(const QVariant& v) {
     if (!v.isValid() || v.isNull()) return QStringLiteral("null");
+    if (db::isIntegerValue(v)) return QString::number(v.toLongLong());
     switch (v.typeId()) {
     case QMetaType::Bool:
         return IBBool(v.toBool());
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-        return QString::number(v.toLongLong());
     case QMetaType::Double:
     case QMetaType::Float:
         return QString::number(v.toDouble(), 'g', 17);

@@ -109,4 +109,23 @@ Param* Params::byName(const QString& name, const QString& sqlForMessage) const {
         QStringLiteral("Parameter \"%1\" not found in statement: %2").arg(name, sqlForMessage.simplified()));
 }
 
+bool isIntegerValue(const QVariant& v) {
+    switch (v.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Long:
+    case QMetaType::ULong:
+    case QMetaType::Char:
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace frames::db

@@ -7,6 +7,9 @@
 
 namespace frames::db {
 
+// True for a QVariant holding any integer type.
+bool isIntegerValue(const QVariant& v);
+
 // A named statement parameter. Its value is a QVariant; an invalid QVariant is SQL null.
 class Param {
 public:

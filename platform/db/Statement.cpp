@@ -99,25 +99,6 @@ double pow10(int n) {
     return n >= 0 && n <= 18 ? p[n] : std::pow(10.0, n);
 }
 
-bool isIntegerVariant(const QVariant& v) {
-    switch (v.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Long:
-    case QMetaType::ULong:
-    case QMetaType::Char:
-    case QMetaType::SChar:
-    case QMetaType::UChar:
-        return true;
-    default:
-        return false;
-    }
-}
-
 } // namespace
 
 quint64 Statement::prepareCount() {
@@ -339,7 +320,7 @@ void Statement::bind(const std::vector<QVariant>& values, Transaction* tr) {
                     c.length = unsigned(std::max<qsizetype>(1, c.bytes.size()));
                     break;
                 default:
-                    if (isIntegerVariant(c.v)) {
+                    if (isIntegerValue(c.v)) {
                         c.type = SQL_INT64;
                         c.length = 8;
                     } else {
