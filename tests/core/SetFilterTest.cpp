@@ -1,0 +1,107 @@
+#include "frames/core/SetFilter_EF.h"
+#include "tests/support/TestHost.h"
+#include <QLineEdit>
+#include <QTest>
+#include <QVBoxLayout>
+#include <gtest/gtest.h>
+
+using namespace frames;
+
+namespace {
+
+// A list-valued filter as the families build them: items from a list, a line edit whose edits
+// tick the filter.
+class TListProbe_EF : public TSetFilter_EF {
+public:
+    explicit TListProbe_EF(QWidget* parent = nullptr) : TSetFilter_EF(parent) {
+        edit = new QLineEdit(content());
+        contentLayout()->addWidget(edit);
+        tickOn(edit, &QLineEdit::textEdited);
+    }
+    int ItemsCount() override { return int(items.size()); }
+    QString ItemsItem(int i) override { return i >= 0 && i < items.size() ? items[i] : QString(); }
+    void AddText(const QString& t) override {
+        items << t;
+        ContentChanged();
+    }
+    QStringList items;
+    QLineEdit* edit;
+};
+
+} // namespace
+
+TEST(SetFilter, ItemsListsAndConditionFollowTheItemsAndTheSwitch) {
+    test::TestHost host;
+    TSetFilter_EF plain;
+    EXPECT_EQ(plain.ItemsCount(), 0);
+    EXPECT_EQ(plain.ItemsList(), QString());
+    plain.cbSet->setChecked(true);
+    EXPECT_EQ(plain.SQL("ID"), QString()); // on, but nothing to filter by
+
+    TListProbe_EF f;
+    f.items = {"-1", "12", "7", "12", " ", "O'Ne"};
+    EXPECT_EQ(f.ItemsList(), QString("-1,12,7,12, ,O'Ne"));
+    EXPECT_EQ(f.KnownItemsList(), QString("12,7,O'Ne"));
+    EXPECT_EQ(f.ItemsItem(99), QString());
+    EXPECT_EQ(f.SQL("ID"), QString()); // off
+    f.cbSet->setChecked(true);
+    EXPECT_EQ(f.SQL("ID"), QString("ID in (12,7,'O''Ne')"));
+    f.items = {"-1"};
+    EXPECT_EQ(f.SQL("ID"), QString());
+    f.items = {"A,B"}; // a text with a comma stays one literal
+    EXPECT_EQ(f.SQL("GRP"), QString("GRP in ('A,B')"));
+}
+
+TEST(SetFilter, ChangesInsideTickTheSwitchAndClearTurnsItOff) {
+    test::TestHost host;
+    TListProbe_EF f;
+    int signalled = 0;
+    QObject::connect(&f, &TSetFilter_EF::filterChanged, [&] { ++signalled; });
+    EXPECT_FALSE(f.cbSet->isChecked());
+    EXPECT_TRUE(f.IsEmpty());
+    f.edit->setText("set by code"); // not the user's change
+    EXPECT_FALSE(f.cbSet->isChecked());
+    QTest::keyClicks(f.edit, "x");
+    EXPECT_TRUE(f.cbSet->isChecked());
+    EXPECT_FALSE(f.IsEmpty());
+    EXPECT_GE(signalled, 1);
+
+    f.Clear();
+    EXPECT_FALSE(f.cbSet->isChecked());
+    f.AddText("5");
+    EXPECT_TRUE(f.cbSet->isChecked());
+    EXPECT_EQ(f.GroupBox->findChild<QCheckBox*>("cbSet"), f.cbSet);
+    EXPECT_TRUE(f.IsCorrect());
+
+    f.SetReadOnly(true);
+    EXPECT_FALSE(f.cbSet->isEnabled());
+    EXPECT_TRUE(f.GetReadOnly());
+}
+
+TEST(SetFilter, LayoutKeepsTheSwitchAndAnAbsentItemLeavesItAlone) {
+    test::TestHost host;
+    TConfigItem root("Filter");
+    {
+        TSetFilter_EF f;
+        f.cbSet->setChecked(true);
+        f.SaveLayout(&root);
+    }
+    TConfigItem copy("Filter");
+    copy.fromJson(root.toJson()); // as the host stores and reads it
+    ASSERT_TRUE(copy.IsExists("cbSet.Checked"));
+    TSetFilter_EF g;
+    g.RestoreLayout(&copy);
+    EXPECT_TRUE(g.cbSet->isChecked());
+    g.cbSet->setChecked(false);
+    g.SaveLayout(&copy);
+    EXPECT_FALSE(copy.ItemByName("cbSet.Checked")->GetAsBoolean());
+
+    TConfigItem empty("Filter");
+    TSetFilter_EF h;
+    h.cbSet->setChecked(true);
+    h.RestoreLayout(&empty);
+    EXPECT_TRUE(h.cbSet->isChecked());
+    EXPECT_FALSE(empty.IsExists("cbSet.Checked"));
+    h.RestoreLayout(nullptr);
+    h.SaveLayout(nullptr);
+}
