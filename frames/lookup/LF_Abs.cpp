@@ -62,8 +62,12 @@ void TAbs_LF::Init() {
                 !pFIBDataSet1->refreshSql().trimmed().isEmpty()) {
                 TraceText("Change Lookup SQL: " + pFIBDataSet1->refreshSql(), 1);
                 pFIBDataSet1->setSelectSql(pFIBDataSet1->refreshSql());
-                pFIBDataSet1->paramByName(lookupField)
-                    ->setValue(record->fieldByName(lcSelect->dataField())->value());
+                // The one-row select may name its key as the row was read ("old_" prefix, as
+                // update statements do); without either name the missing parameter is reported.
+                db::Param* key = pFIBDataSet1->findParam(lookupField);
+                if (!key) key = pFIBDataSet1->findParam("old_" + lookupField);
+                if (!key) key = pFIBDataSet1->paramByName(lookupField);
+                key->setValue(record->fieldByName(lcSelect->dataField())->value());
             }
         }
     }
