@@ -12,6 +12,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QScrollArea>
 #include <QSplitter>
 #include <QStatusBar>
@@ -46,6 +47,13 @@ MainWindow::MainWindow(HostImpl* host, frames::Registry* registry, QWidget* pare
         QStringLiteral("Выберите фрейм слева: он будет показан здесь сам по себе, без формы-владельца."));
     info_->setWordWrap(true);
     panelLayout->addWidget(info_);
+    btBound_ = new QPushButton(QStringLiteral("На форме редактирования…"), panel_);
+    btBound_->setObjectName(QStringLiteral("btBound"));
+    btBound_->setToolTip(
+        QStringLiteral("Открыть список записей, форма редактирования которых показывает этот "
+                       "фрейм привязанным к записи"));
+    btBound_->setVisible(false);
+    panelLayout->addWidget(btBound_, 0, Qt::AlignLeft);
     panelLayout->addStretch(1);
     scroll_ = new QScrollArea(this);
     scroll_->setWidgetResizable(true);
@@ -72,6 +80,9 @@ MainWindow::MainWindow(HostImpl* host, frames::Registry* registry, QWidget* pare
     tb->setObjectName(QStringLiteral("tbMain"));
     tb->addAction(cards);
 
+    connect(btBound_, &QPushButton::clicked, this, [this] {
+        if (frame_) openOnEditDialog(frame_->objectName());
+    });
     connect(tree_, &QTreeWidget::currentItemChanged, this,
             [this](QTreeWidgetItem* item) { itemChosen(item); });
     statusBar()->showMessage(
@@ -108,7 +119,7 @@ frames::TAbsEditFrame* MainWindow::showFrame(const QString& className) {
     const bool ok = frames::guard([&] {
         made = registry_->create(className, panel_);
         made->setObjectName(className);
-        static_cast<QVBoxLayout*>(panel_->layout())->insertWidget(1, made);
+        static_cast<QVBoxLayout*>(panel_->layout())->insertWidget(2, made);
         made->Init();
         made->RestoreLayout(
             host_->LayoutRoot()->ItemByName(QStringLiteral("Browser"))->ItemByName(className));
@@ -119,6 +130,7 @@ frames::TAbsEditFrame* MainWindow::showFrame(const QString& className) {
         made = nullptr;
     }
     frame_ = made;
+    btBound_->setVisible(made && registry_->find(className)->family == QLatin1String("lookup"));
     info_->setText(made ? QStringLiteral("%1 (%2)").arg(className, registry_->find(className)->family)
                         : QStringLiteral("%1: фрейм не создан (см. сообщение об ошибке)").arg(className));
     return made;
@@ -140,6 +152,16 @@ void MainWindow::openCardList() {
     form->show();
 }
 
+RecordListForm* MainWindow::openOnEditDialog(const QString& className) {
+    if (recordList_) recordList_->close();
+    RecordListForm* form = nullptr;
+    if (!frames::guard([&] { form = RecordListForm::forLookup(host_, className, this); })) return nullptr;
+    form->setAttribute(Qt::WA_DeleteOnClose);
+    recordList_ = form;
+    form->show();
+    return form;
+}
+
 void MainWindow::openReferenceForm(const QString& formName) {
     frames::guard([&] {
         frames::TRunParams params;
@@ -151,6 +173,7 @@ void MainWindow::openReferenceForm(const QString& formName) {
 
 void MainWindow::closeEvent(QCloseEvent* e) {
     if (cardList_) cardList_->close();
+    if (recordList_) recordList_->close();
     closeFrame();
     host_->saveLayout();
     QMainWindow::closeEvent(e);

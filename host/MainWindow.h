@@ -1,6 +1,7 @@
 #pragma once
 #include "frames/core/AbsEditFrame.h"
 #include "host/CardForms.h"
+#include "host/FrameHostForms.h"
 #include <QMainWindow>
 #include <QPointer>
 
@@ -8,6 +9,7 @@ class QTreeWidget;
 class QTreeWidgetItem;
 class QScrollArea;
 class QLabel;
+class QPushButton;
 
 namespace frames {
 class Registry;
@@ -31,6 +33,8 @@ public:
     frames::TAbsEditFrame* showFrame(const QString& className);
     frames::TAbsEditFrame* currentFrame() const { return frame_; }
     void openCardList();
+    // Opens a list form of records for a lookup frame, whose edit dialog shows the frame bound.
+    RecordListForm* openOnEditDialog(const QString& className);
     void openReferenceForm(const QString& formName);
 
 protected:
@@ -46,8 +50,10 @@ private:
     QScrollArea* scroll_;
     QWidget* panel_;
     QLabel* info_;
+    QPushButton* btBound_;
     QPointer<frames::TAbsEditFrame> frame_;
     QPointer<CardListForm> cardList_;
+    QPointer<RecordListForm> recordList_;
 };
 
 } // namespace workbench

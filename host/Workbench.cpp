@@ -3,6 +3,7 @@
 #include "frames/core/Guard.h"
 #include "frames/core/Registry.h"
 #include "host/CardForms.h"
+#include "host/FrameHostForms.h"
 #include "host/HostImpl.h"
 #include "host/MainWindow.h"
 #include "host/ReferenceForms.h"
@@ -173,6 +174,23 @@ int writeScreenshots(HostImpl& host, const frames::Registry& registry, const QSt
                 if (savePicture(&panel, dir, cls, shot)) ++written;
                 shot.error = frames::errorText(std::current_exception());
             }
+        }
+        shots.push_back(shot);
+    }
+
+    // Every lookup frame on the edit dialog of a list form, bound to a record that points at a
+    // row of its list: the frame shows that row's name.
+    for (const QString& cls : registry.classNames(QStringLiteral("lookup"))) {
+        Shot shot{cls + QStringLiteral(" (на форме редактирования)"), QStringLiteral("lookup bound"), {}, {}};
+        try {
+            std::unique_ptr<RecordListForm> list(RecordListForm::forLookup(&host, cls));
+            FrameEditDialog dlg(&host, list.get());
+            dlg.prepare();
+            dlg.show();
+            if (savePicture(&dlg, dir, cls + QStringLiteral("_bound"), shot)) ++written;
+            dlg.reject();
+        } catch (...) {
+            shot.error = frames::errorText(std::current_exception());
         }
         shots.push_back(shot);
     }

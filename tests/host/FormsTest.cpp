@@ -3,6 +3,7 @@
 #include "frames/core/Registry.h"
 #include "frames/lookup/LF_Abs.h"
 #include "host/CardForms.h"
+#include "host/FrameHostForms.h"
 #include "host/HostImpl.h"
 #include "host/MainWindow.h"
 #include "host/ReferenceForms.h"
@@ -61,6 +62,24 @@ TEST_F(WorkbenchForms, ReferenceFormsOfTheTableOpen) {
             EXPECT_GE(form.grid()->columnOfField(c.field), 0)
                 << d.name.toStdString() << " " << c.field.toStdString();
     }
+}
+
+// Every form name a frame opens through the module runner (its FormName after construction, and
+// the names that frames choose at run time) is known to the workbench.
+TEST_F(WorkbenchForms, EveryFormNameOfTheFramesIsKnown) {
+    QStringList names = {"Firm_Out",      "FirmSimple",      "RackStoreType",   "ShelfStoreType",
+                         "CellStoreType", "PalletStoreType", "QucikClassifForm"};
+    for (const QString& cls : Registry::instance().classNames()) {
+        QWidget top;
+        std::unique_ptr<TAbsEditFrame> f;
+        ASSERT_NO_THROW(f.reset(Registry::instance().create(cls, &top))) << cls.toStdString();
+        const QString name = f->property("FormName").toString();
+        if (!name.isEmpty() && !names.contains(name)) names << name;
+    }
+    QStringList unknown;
+    for (const QString& name : names)
+        if (!wb->FormList().contains(name, Qt::CaseInsensitive)) unknown << name;
+    EXPECT_TRUE(unknown.isEmpty()) << unknown.join(", ").toStdString();
 }
 
 TEST_F(WorkbenchForms, ReferenceFormPositionsFiltersAndReturnsTheKey) {
@@ -222,6 +241,44 @@ TEST_F(WorkbenchForms, FrameBrowserShowsFramesFreeStanding) {
     EXPECT_EQ(window.showFrame("TNoSuch_LF"), nullptr);
     EXPECT_EQ(window.currentFrame(), nullptr);
     EXPECT_TRUE(wb->loggedMessages().last().contains("TNoSuch_LF"));
+}
+
+// Every lookup frame on the edit dialog of a generic list form: bound to the current record, it
+// shows the name of the record's key; a confirmed edit writes the new key into the record.
+TEST_F(WorkbenchForms, EveryLookupOnTheEditDialogOfARecordList) {
+    QStringList failures;
+    for (const QString& cls : Registry::instance().classNames("lookup")) {
+        std::unique_ptr<workbench::RecordListForm> list;
+        try {
+            list.reset(workbench::RecordListForm::forLookup(wb.get(), cls));
+        } catch (const std::exception& e) {
+            failures << cls + ": " + e.what();
+            continue;
+        }
+        db::AbstractDataSet* records = list->records();
+        ASSERT_TRUE(records->active());
+        records->first();
+        const QString field = records->field(1)->fieldName();
+        const QVariant key = records->field(1)->value();
+        workbench::FrameEditDialog dlg(wb.get(), list.get());
+        try {
+            dlg.prepare();
+        } catch (const std::exception& e) {
+            failures << cls + " bound: " + e.what();
+            continue;
+        }
+        ASSERT_EQ(dlg.frames().size(), 1u);
+        auto* lf = qobject_cast<TAbs_LF*>(dlg.frames().front());
+        ASSERT_NE(lf, nullptr) << cls.toStdString();
+        EXPECT_EQ(lf->Owner(), &dlg);
+        if (lf->lcSelect->dataSource() != list->CurrentSource()) failures << cls + ": not bound";
+        if (!key.isNull() && lf->lcSelect->isVisibleTo(&dlg) && lf->lcSelect->displayText().isEmpty())
+            failures << cls + ": key " + key.toString() + " shows no name";
+        dlg.accept();
+        EXPECT_FALSE(records->inEditMode()) << cls.toStdString();
+        EXPECT_EQ(records->fieldByName(field)->value(), key) << cls.toStdString();
+    }
+    EXPECT_TRUE(failures.isEmpty()) << failures.join("\n").toStdString();
 }
 
 TEST_F(WorkbenchForms, ListLayoutSurvivesARestart) {
