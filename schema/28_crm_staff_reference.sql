@@ -1,0 +1,134 @@
+/* Reference tables of the CRM and staff modules: products and projects, event types and
+   priorities, firms' priorities and states, task types, departments, jobs, days of the week.
+   A row with key -1 is a system row ("<Не задан>") that the lists leave out. Fixed lists that
+   the program's code knows by number have no generator; the others take the key of a new row
+   from their generator (triggers at the end of the script). */
+
+/* The character with the given code (1-255 in the database character set). The lists build
+   marks with it, e.g. name || chr(42) appends "*". */
+SET TERM ^ ;
+CREATE FUNCTION CHR (CODE INTEGER) RETURNS VARCHAR(1)
+AS
+BEGIN
+  RETURN ASCII_CHAR(CODE);
+END^
+SET TERM ; ^
+
+/* Products the CRM tracks interest in. IS_STRATEGIC 1 marks a strategic product (the lists
+   append "*" to its name); CLASSIF is its branch of the goods classifier. Rows -1 and 0 are
+   system rows. */
+CREATE TABLE CRM_PRODUCT (
+    ID            INTEGER NOT NULL,
+    NAME          VARCHAR(100) NOT NULL COLLATE PXW_CYRL,
+    IS_STRATEGIC  SMALLINT DEFAULT 0 NOT NULL,
+    CLASSIF       INTEGER,
+    COMMENT       VARCHAR(255) COLLATE PXW_CYRL,
+    CONSTRAINT PK_CRM_PRODUCT PRIMARY KEY (ID)
+);
+CREATE GENERATOR GEN_CRM_PRODUCT_ID;
+
+/* CRM projects, optionally run for one firm. */
+CREATE TABLE CRM_PROJECT (
+    ID          INTEGER NOT NULL,
+    NAME        VARCHAR(100) NOT NULL COLLATE PXW_CYRL,
+    FIRM        INTEGER,
+    DATE_BEGIN  DATE,
+    DATE_END    DATE,
+    COMMENT     VARCHAR(255) COLLATE PXW_CYRL,
+    CONSTRAINT PK_CRM_PROJECT PRIMARY KEY (ID)
+);
+CREATE GENERATOR GEN_CRM_PROJECT_ID;
+
+/* Priorities of CRM events. The key is the level, from 0 (lowest) upwards, and the lists show
+   the priorities in that order with an image per level (a fixed list). */
+CREATE TABLE EVENT_PRIORITY (
+    ID    INTEGER NOT NULL,
+    NAME  VARCHAR(60) NOT NULL COLLATE PXW_CYRL,
+    CONSTRAINT PK_EVENT_PRIORITY PRIMARY KEY (ID)
+);
+
+/* Types of CRM events (call, meeting, letter ...). */
+CREATE TABLE EVENT_TYPE (
+    ID    INTEGER NOT NULL,
+    NAME  VARCHAR(100) NOT NULL COLLATE PXW_CYRL,
+    CONSTRAINT PK_EVENT_TYPE PRIMARY KEY (ID)
+);
+CREATE GENERATOR GEN_EVENT_TYPE_ID;
+
+/* Priorities of firms in the CRM, listed from the most important down (a fixed list). */
+CREATE TABLE FIRM_PRIORITY (
+    ID    INTEGER NOT NULL,
+    NAME  VARCHAR(60) NOT NULL COLLATE PXW_CYRL,
+    CONSTRAINT PK_FIRM_PRIORITY PRIMARY KEY (ID)
+);
+
+/* States of firms in the CRM along the sales funnel, listed in funnel order. */
+CREATE TABLE FIRM_STATE (
+    ID    INTEGER NOT NULL,
+    NAME  VARCHAR(60) NOT NULL COLLATE PXW_CYRL,
+    CONSTRAINT PK_FIRM_STATE PRIMARY KEY (ID)
+);
+CREATE GENERATOR GEN_FIRM_STATE_ID;
+
+/* Types of tasks (the form a task is set and reported in). */
+CREATE TABLE TASK_TYPE (
+    ID    INTEGER NOT NULL,
+    NAME  VARCHAR(100) NOT NULL COLLATE PXW_CYRL,
+    CONSTRAINT PK_TASK_TYPE PRIMARY KEY (ID)
+);
+CREATE GENERATOR GEN_TASK_TYPE_ID;
+
+/* Departments of the staff structure. */
+CREATE TABLE HRM_DEPARTMENT (
+    ID    INTEGER NOT NULL,
+    NAME  VARCHAR(100) NOT NULL COLLATE PXW_CYRL,
+    CONSTRAINT PK_HRM_DEPARTMENT PRIMARY KEY (ID)
+);
+CREATE GENERATOR GEN_HRM_DEPARTMENT_ID;
+
+/* Jobs (positions) of the staff. */
+CREATE TABLE HRM_JOB (
+    ID    INTEGER NOT NULL,
+    NAME  VARCHAR(100) NOT NULL COLLATE PXW_CYRL,
+    CONSTRAINT PK_HRM_JOB PRIMARY KEY (ID)
+);
+CREATE GENERATOR GEN_HRM_JOB_ID;
+
+/* Days of the week, 1 Monday to 7 Sunday; the lists keep this order. */
+CREATE TABLE DAY_OF_WEEK (
+    ID          INTEGER NOT NULL,
+    NAME        VARCHAR(20) NOT NULL COLLATE PXW_CYRL,
+    SHORT_NAME  VARCHAR(4) COLLATE PXW_CYRL,
+    CONSTRAINT PK_DAY_OF_WEEK PRIMARY KEY (ID)
+);
+
+SET TERM ^ ;
+CREATE TRIGGER CRM_PRODUCT_BI FOR CRM_PRODUCT ACTIVE BEFORE INSERT POSITION 0 AS
+BEGIN
+  IF (NEW.ID IS NULL) THEN NEW.ID = GEN_ID(GEN_CRM_PRODUCT_ID, 1);
+END^
+CREATE TRIGGER CRM_PROJECT_BI FOR CRM_PROJECT ACTIVE BEFORE INSERT POSITION 0 AS
+BEGIN
+  IF (NEW.ID IS NULL) THEN NEW.ID = GEN_ID(GEN_CRM_PROJECT_ID, 1);
+END^
+CREATE TRIGGER EVENT_TYPE_BI FOR EVENT_TYPE ACTIVE BEFORE INSERT POSITION 0 AS
+BEGIN
+  IF (NEW.ID IS NULL) THEN NEW.ID = GEN_ID(GEN_EVENT_TYPE_ID, 1);
+END^
+CREATE TRIGGER FIRM_STATE_BI FOR FIRM_STATE ACTIVE BEFORE INSERT POSITION 0 AS
+BEGIN
+  IF (NEW.ID IS NULL) THEN NEW.ID = GEN_ID(GEN_FIRM_STATE_ID, 1);
+END^
+CREATE TRIGGER TASK_TYPE_BI FOR TASK_TYPE ACTIVE BEFORE INSERT POSITION 0 AS
+BEGIN
+  IF (NEW.ID IS NULL) THEN NEW.ID = GEN_ID(GEN_TASK_TYPE_ID, 1);
+END^
+CREATE TRIGGER HRM_DEPARTMENT_BI FOR HRM_DEPARTMENT ACTIVE BEFORE INSERT POSITION 0 AS
+BEGIN
+  IF (NEW.ID IS NULL) THEN NEW.ID = GEN_ID(GEN_HRM_DEPARTMENT_ID, 1);
+END^
+CREATE TRIGGER HRM_JOB_BI FOR HRM_JOB ACTIVE BEFORE INSERT POSITION 0 AS
+BEGIN
+  IF (NEW.ID IS NULL) THEN NEW.ID = GEN_ID(GEN_HRM_JOB_ID, 1);
+END^
+SET TERM ; ^
