@@ -1,17 +1,18 @@
 /* Demo users. -1 and -10 are system rows; the embedded connection logs in as SYSDBA, who is the
-   administrator here. */
+   administrator here. FILIALINDEX and SHOPINDEX are the user's branch and shop in the shop tree
+   (TH_CLASSIF, rows in 52_demo_clients.sql). */
 
-INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, FILIALINDEX, SHOPINDEX) VALUES (-1, '<Не задан>', NULL, NULL, 1, 1);
-INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, FILIALINDEX, SHOPINDEX) VALUES (-10, '<Система>', NULL, NULL, 1, 1);
-INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX) VALUES (1, 'Администратор системы', 'SYSDBA', 'Администратор', 'admin@torg.example', 1, 1);
-INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX) VALUES (2, 'Иванов Иван Петрович', 'IVANOV', 'Директор магазина', 'ivanov@torg.example', 1, 1);
-INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX) VALUES (3, 'Ёлкина Анна Сергеевна', 'ELKINA', 'Товаровед', 'elkina@torg.example', 1, 2);
-INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX) VALUES (4, 'Петрова Мария Викторовна', 'PETROVA', 'Менеджер по закупкам', 'petrova@torg.example', 1, 1);
-INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX) VALUES (5, 'Сидоров Алексей Николаевич', 'SIDOROV', 'Кладовщик', NULL, 2, 3);
-INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX) VALUES (6, 'Ежов Дмитрий Олегович', 'EZHOV', 'Старший кассир', NULL, 2, 4);
-INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX) VALUES (7, 'Яковлева Ольга Игоревна', 'YAKOVLEVA', 'Менеджер CRM', 'yakovleva@torg.example', 1, 1);
-INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX) VALUES (8, 'абрамов Сергей (стажёр)', 'ABRAMOV', 'Продавец-консультант', NULL, 1, 2);
-INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX, IS_ACTIVE) VALUES (9, 'Кузнецова Елена Андреевна', 'KUZNETSOVA', 'Бухгалтер', NULL, 1, 1, 0);
+INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, FILIALINDEX, SHOPINDEX) VALUES (-1, '<Не задан>', NULL, NULL, 101, 1);
+INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, FILIALINDEX, SHOPINDEX) VALUES (-10, '<Система>', NULL, NULL, 101, 1);
+INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX) VALUES (1, 'Администратор системы', 'SYSDBA', 'Администратор', 'admin@torg.example', 101, 1);
+INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX) VALUES (2, 'Иванов Иван Петрович', 'IVANOV', 'Директор магазина', 'ivanov@torg.example', 101, 1);
+INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX) VALUES (3, 'Ёлкина Анна Сергеевна', 'ELKINA', 'Товаровед', 'elkina@torg.example', 201, 2);
+INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX) VALUES (4, 'Петрова Мария Викторовна', 'PETROVA', 'Менеджер по закупкам', 'petrova@torg.example', 101, 1);
+INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX) VALUES (5, 'Сидоров Алексей Николаевич', 'SIDOROV', 'Кладовщик', NULL, 104, 1);
+INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX) VALUES (6, 'Ежов Дмитрий Олегович', 'EZHOV', 'Старший кассир', NULL, 301, 3);
+INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX) VALUES (7, 'Яковлева Ольга Игоревна', 'YAKOVLEVA', 'Менеджер CRM', 'yakovleva@torg.example', 101, 1);
+INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX) VALUES (8, 'абрамов Сергей (стажёр)', 'ABRAMOV', 'Продавец-консультант', NULL, 202, 2);
+INSERT INTO USERS (ID_USER, NAME_USER, LOGIN, POST, EMAIL, FILIALINDEX, SHOPINDEX, IS_ACTIVE) VALUES (9, 'Кузнецова Елена Андреевна', 'KUZNETSOVA', 'Бухгалтер', NULL, 101, 1, 0);
 ALTER SEQUENCE GEN_USERS_ID RESTART WITH 9;
 
 INSERT INTO USER_RIGHTS (ID_USER, FUNC_NAME) VALUES (1, 'CRM.LOGIN');
