@@ -58,8 +58,8 @@ CREATE TABLE CLIENT_STATE_KIND (
 );
 CREATE GENERATOR GEN_CLIENT_STATE_KIND_ID;
 
-/* Statuses of clients (a fixed list): 0 supplier, 1 buyer, 2 supplier and buyer, 3 system
-   (the company's own legal entities), 4 other. */
+/* Statuses of clients (a fixed list): 0 active, 1 blocked, 2 new, 3 system (the company's own
+   legal entities, in whose name documents are issued), 4 archived. */
 CREATE TABLE CLIENT_STATUS_KIND (
     ID       INTEGER NOT NULL,
     NAME     VARCHAR(100) NOT NULL COLLATE PXW_CYRL,
