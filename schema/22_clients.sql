@@ -6,8 +6,9 @@
    no access. */
 
 /* Clients in the broad sense: counterparties (CLIENT_TYPE 0) and storage places (CLIENT_TYPE 1,
-   warehouses and sales floors of the branches). STATUS: 0 active, 1 blocked, 2 new, 3 system
-   (the company's own legal entities), 4 archived. */
+   warehouses and sales floors of the branches). STATUS: 0 supplier, 1 buyer, 2 supplier and
+   buyer, 3 system (the company's own legal entities), 4 other. STATE: the client's or place's
+   state (working, suspended, closed ...). */
 CREATE TABLE CLIENTS (
     ID_CLIENTS        INTEGER NOT NULL,
     NAME_CLIENTS      VARCHAR(150) NOT NULL COLLATE PXW_CYRL,
