@@ -127,6 +127,16 @@ TEST(CalcEdit, CalculatorKeysEqualsWritesAndEscapeStaysInThePopup) {
     EXPECT_EQ(rejected, 0);
     EXPECT_DOUBLE_EQ(f->GetValue(), 60);
 
+    // Escape in the edit first drops the typing; only a second one reaches the dialog.
+    e->lineEdit()->setFocus();
+    QTest::keyClicks(e->lineEdit(), "5");
+    EXPECT_EQ(e->editText(), "605");
+    QTest::keyClick(e->lineEdit(), Qt::Key_Escape);
+    EXPECT_EQ(e->editText(), "60");
+    EXPECT_EQ(rejected, 0);
+    QTest::keyClick(e->lineEdit(), Qt::Key_Escape);
+    EXPECT_EQ(rejected, 1);
+
     // A read-only editor has no calculator.
     f->SetReadOnly(true);
     EXPECT_FALSE(e->button()->isEnabled());
