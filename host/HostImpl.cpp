@@ -1,6 +1,7 @@
 #include "host/HostImpl.h"
 #include "frames/core/Guard.h"
 #include "frames/core/RunParams.h"
+#include "host/ClassifForm.h"
 #include "host/GridTools.h"
 #include "platform/db/Database.h"
 #include "platform/db/Query.h"
@@ -54,7 +55,39 @@ QString safeName(const QString& name) {
     return out.isEmpty() ? QStringLiteral("default") : out;
 }
 
+std::vector<HostModule>& moduleTable() {
+    static std::vector<HostModule> modules = {
+        {QString::fromLatin1(ClassifForm::FormName), QStringLiteral("Классификатор"), 1001,
+         [](HostImpl& host, frames::TRunParams& params, QWidget* parent) {
+             ClassifForm form(host.RvDatabase(), host.pfReadTransaction(), params, parent);
+             form.open();
+             return form.exec();
+         }},
+    };
+    return modules;
+}
+
 } // namespace
+
+const std::vector<HostModule>& hostModules() {
+    return moduleTable();
+}
+
+const HostModule* findHostModule(const QString& name) {
+    for (const HostModule& m : moduleTable())
+        if (m.name.compare(name, Qt::CaseInsensitive) == 0) return &m;
+    return nullptr;
+}
+
+void registerHostModule(HostModule module) {
+    auto& table = moduleTable();
+    for (HostModule& m : table)
+        if (m.name.compare(module.name, Qt::CaseInsensitive) == 0) {
+            m = std::move(module);
+            return;
+        }
+    table.push_back(std::move(module));
+}
 
 HostImpl::HostImpl() : HostImpl(Settings{}) {}
 
@@ -159,8 +192,10 @@ bool HostImpl::IsFuncRights(const QString& functionName) const {
 // ---- module runner
 
 int HostImpl::RunModule(const QString& formName, frames::TRunParams& params) {
-    const ReferenceFormDef* def = findReferenceForm(formName);
-    if (!def) {
+    // The workbench's own forms come before the reference lists.
+    const HostModule* module = findHostModule(formName);
+    const ReferenceFormDef* def = module ? nullptr : findReferenceForm(formName);
+    if (!module && !def) {
         ErrorBox(QStringLiteral("Форма «%1» не зарегистрирована").arg(formName));
         return ReferenceForm::Cancelled;
     }
@@ -169,26 +204,34 @@ int HostImpl::RunModule(const QString& formName, frames::TRunParams& params) {
         TraceText(QStringLiteral("RunModule %1: not shown without a user, cancelled").arg(formName), 1);
         return ReferenceForm::Cancelled;
     }
+    if (module) return module->run(*this, params, QApplication::activeWindow());
     ReferenceForm form(*def, database_.get(), readTransaction_.get(), params, QApplication::activeWindow());
     form.open();
     return form.exec();
 }
 
 QObject* HostImpl::RvGetForm(const QString& formName) {
-    const ReferenceFormDef* def = findReferenceForm(formName);
-    if (!def) return nullptr;
-    auto& slot = formObjects_[def->name];
-    if (!slot) {
-        slot = std::make_unique<QObject>();
-        slot->setObjectName(def->name);
-        slot->setProperty("RefNumber", def->refNumber);
-        slot->setProperty("Caption", def->caption);
-    }
-    return slot.get();
+    // One object per form, standing for it: its name, reference number and caption.
+    auto formObject = [this](const QString& name, int refNumber, const QString& caption) {
+        auto& slot = formObjects_[name];
+        if (!slot) {
+            slot = std::make_unique<QObject>();
+            slot->setObjectName(name);
+            slot->setProperty("RefNumber", refNumber);
+            slot->setProperty("Caption", caption);
+        }
+        return slot.get();
+    };
+    if (const HostModule* module = findHostModule(formName))
+        return formObject(module->name, module->refNumber, module->caption);
+    if (const ReferenceFormDef* def = findReferenceForm(formName))
+        return formObject(def->name, def->refNumber, def->caption);
+    return nullptr;
 }
 
 QStringList HostImpl::FormList() const {
     QStringList names;
+    for (const auto& m : hostModules()) names << m.name;
     for (const auto& d : referenceForms()) names << d.name;
     return names;
 }

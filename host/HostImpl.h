@@ -6,12 +6,33 @@
 #include <QJsonObject>
 #include <QObject>
 #include <QString>
+#include <functional>
 #include <map>
 #include <memory>
+#include <vector>
 
 class QTableView;
+class QWidget;
 
 namespace workbench {
+
+class HostImpl;
+
+// A form of the workbench that the module runner shows by name besides the reference lists (the
+// classifier tree form, for instance). run shows it modally over parent and returns its result:
+// 1 confirmed, 2 cancelled.
+struct HostModule {
+    QString name;
+    QString caption;
+    int refNumber = 0;
+    std::function<int(HostImpl& host, frames::TRunParams& params, QWidget* parent)> run;
+};
+
+// The host modules, consulted by the runner before the reference forms. registerHostModule adds
+// one (or replaces the one of the same name).
+const std::vector<HostModule>& hostModules();
+const HostModule* findHostModule(const QString& name); // case-insensitive
+void registerHostModule(HostModule module);
 
 // The workbench's implementation of every host service: database module with its read
 // transaction, module runner over the reference form table, message boxes, configuration,
