@@ -36,11 +36,6 @@ TItemList_LF::TItemList_LF(QWidget* parent, const QString& comboName) : TAbs_LF(
 
 TItemList_LF::~TItemList_LF() = default;
 
-void TItemList_LF::AfterConstruction() {
-    TAbs_LF::AfterConstruction();
-    FillItems();
-}
-
 void TItemList_LF::SetItems(const QStringList& items) {
     items_ = items;
 }

@@ -18,7 +18,6 @@ public:
     TItemList_LF(QWidget* parent, const QString& comboName);
     ~TItemList_LF() override;
 
-    void AfterConstruction() override;
     void Init() override;
     void SetReadOnly(bool value) override;
     void DataRefresh() override;
