@@ -65,31 +65,20 @@ TEST(ClassifTreeView, BuildsOneTreeFromRowsInAnyOrder) {
     ASSERT_EQ(v.nodeCount(), 9);
 
     EXPECT_EQ(texts(v, v.childNodes(-1)), QStringList({"Продукты", "Сам себе родитель", "Сирота", "Цикл А"}));
-    const int milk = v.findNode(11);
-    EXPECT_EQ(v.nodeText(milk), "Молоко");
-    EXPECT_EQ(v.nodeKey(v.parentNode(milk)), 1);
-    EXPECT_EQ(texts(v, v.childNodes(milk)), QStringList({"Кефир", "Масло"}));
+    EXPECT_EQ(texts(v, v.childNodes(v.findNode(11))), QStringList({"Кефир", "Масло"}));
     EXPECT_EQ(v.level(v.findNode(111)), 2);
-    EXPECT_TRUE(v.isTopLevel(v.findNode(1)));
-    EXPECT_FALSE(v.isTopLevel(milk));
     EXPECT_EQ(v.nodeKey(v.parentNode(v.findNode(21))), 20);
-    EXPECT_EQ(v.findNode(999), -1);
 
     EXPECT_EQ(texts(v, v.nodesInTreeOrder()),
               QStringList({"Продукты", "Молоко", "Кефир", "Масло", "Хлеб", "Сам себе родитель", "Сирота",
                            "Цикл А", "Цикл Б"}));
     // The view shows the same tree.
-    EXPECT_EQ(v.model()->rowCount(), 4);
-    EXPECT_EQ(v.model()->rowCount(v.indexOfNode(milk)), 2);
-    EXPECT_EQ(v.nodeOfIndex(v.model()->index(1, 0, v.indexOfNode(milk))), v.findNode(112));
+    EXPECT_EQ(v.nodeOfIndex(v.model()->index(1, 0, v.indexOfNode(v.findNode(11)))), v.findNode(112));
 
     // A column that the rows lack is an error; the tree is left as it was.
     v.setTextField("NAME");
     EXPECT_THROW(v.build(b.t), db::Error);
     EXPECT_EQ(v.nodeCount(), 9);
-    v.clearNodes();
-    EXPECT_EQ(v.nodeCount(), 0);
-    EXPECT_EQ(v.model()->rowCount(), 0);
 }
 
 TEST(ClassifTreeView, CurrentKeyOpensItsParentsAndSearchWrapsRound) {
@@ -114,10 +103,6 @@ TEST(ClassifTreeView, CurrentKeyOpensItsParentsAndSearchWrapsRound) {
     EXPECT_FALSE(v.setCurrentKey(5));
     EXPECT_EQ(v.currentKey(), 112);
 
-    EXPECT_TRUE(v.expandToKey(21));
-    EXPECT_TRUE(v.isExpanded(v.indexOfNode(v.findNode(2))));
-    EXPECT_EQ(v.currentKey(), 112);
-
     // Without regard to case, in tree order, from the node after the given one, wrapping round.
     const int first = v.findText("МОЛ");
     EXPECT_EQ(v.nodeKey(first), 11);
@@ -126,7 +111,6 @@ TEST(ClassifTreeView, CurrentKeyOpensItsParentsAndSearchWrapsRound) {
     EXPECT_EQ(v.findText("мол", second), first);
     EXPECT_EQ(v.nodeKey(v.findText("мыло", v.findNode(21))), 21); // the only match, found again
     EXPECT_EQ(v.findText("нет такого"), -1);
-    EXPECT_EQ(v.findText("  "), -1);
 }
 
 TEST(ClassifTreeView, BoundTreeFollowsItsDataSetAndKeepsWhatTheUserSaw) {
@@ -146,12 +130,6 @@ TEST(ClassifTreeView, BoundTreeFollowsItsDataSetAndKeepsWhatTheUserSaw) {
     b.t.close();
     EXPECT_EQ(v.nodeCount(), 0);
     EXPECT_FALSE(v.currentKey().has_value());
-    b.t.open();
-    EXPECT_EQ(v.nodeCount(), 0); // a memory table forgets its rows when closed
-
-    v.setDataSource(nullptr);
-    b.t.appendRecord({1, QVariant(), "Клиенты"});
-    EXPECT_EQ(v.nodeCount(), 0);
 }
 
 TEST(ClassifTreeView, NodesCarryImageAndStateImageIndexes) {
@@ -166,10 +144,7 @@ TEST(ClassifTreeView, NodesCarryImageAndStateImageIndexes) {
     auto decoration = [&](int n) { return v.model()->data(v.indexOfNode(n), Qt::DecorationRole); };
     EXPECT_FALSE(decoration(all).isValid());
 
-    QSignalSpy changes(v.model(), &QAbstractItemModel::dataChanged);
     v.setStateIndex(part, 3);
-    v.setStateIndex(part, 3); // unchanged: no repaint
-    EXPECT_EQ(changes.size(), 1);
     EXPECT_EQ(v.stateIndex(part), 3);
     EXPECT_TRUE(decoration(part).isValid());
 
@@ -181,9 +156,6 @@ TEST(ClassifTreeView, NodesCarryImageAndStateImageIndexes) {
     v.setStateIndex(part, 7);
     v.setImageIndex(part, -1);
     EXPECT_FALSE(decoration(part).isValid());
-
-    v.setNodeText(part, "Часть (2 из 5)");
-    EXPECT_EQ(v.model()->data(v.indexOfNode(part), Qt::DisplayRole).toString(), "Часть (2 из 5)");
 }
 
 TEST(ClassifTreeView, EnterChoosesAnyNodeAndDoubleClickOnlyALeaf) {
