@@ -47,6 +47,7 @@ public:
     QStringList trace;
     QStringList openedAddresses;
     QDate today = QDate(2024, 3, 15);
+    QDateTime now = QDateTime(QDate(2024, 3, 15), QTime(10, 30));
     QString profilePath;
 
     // ---- Host
@@ -81,6 +82,7 @@ public:
     void CustomizeGrid(ui::DBGrid*) override {}
     void FindInGrid(ui::DBGrid*) override {}
     QDate Today() const override { return today; }
+    QDateTime Now() const override { return now; }
 
     std::unique_ptr<db::Database> database;
     std::unique_ptr<db::Transaction> readTransaction;
