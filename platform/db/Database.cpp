@@ -1,4 +1,5 @@
 #include "platform/db/Database.h"
+#include "platform/db/Charset.h"
 #include "platform/db/FbCommon.h"
 #include "platform/db/Transaction.h"
 #include <QRegularExpression>
@@ -31,7 +32,7 @@ void Database::attach(const QString& connectString, const Options& options, bool
                 dpb->insertString(st, isc_dpb_password, options.password.toUtf8().constData());
                 if (!options.role.isEmpty())
                     dpb->insertString(st, isc_dpb_sql_role_name, options.role.toUtf8().constData());
-                dpb->insertString(st, isc_dpb_lc_ctype, "UTF8");
+                dpb->insertString(st, isc_dpb_lc_ctype, connectionCharset);
                 if (create) {
                     dpb->insertInt(st, isc_dpb_page_size, 8192);
                     dpb->insertString(st, isc_dpb_set_db_charset, "WIN1251");
@@ -98,7 +99,7 @@ void Database::executeImmediate(const QString& sql) {
     Transaction tr(this,
                    TransactionOptions{TransactionOptions::Isolation::Concurrency, false, true, 0, false});
     tr.start();
-    const QByteArray text = sql.toUtf8();
+    const QByteArray text = toConnectionText(sql, sql);
     fb::call(
         [&](fb::Status* st) {
             attachment_->execute(st, tr.handle(), unsigned(text.size()), text.constData(), 3, nullptr,

@@ -15,7 +15,8 @@ namespace frames::db {
 class Transaction;
 
 // One attachment to a Firebird database. A plain path uses the embedded engine; "host:path" or
-// "host/port:path" reaches a server. The connection character set is always UTF8.
+// "host/port:path" reaches a server. The connection character set is WIN1251, the databases' own (see
+// Charset.h).
 class Database : public QObject {
     Q_OBJECT
 public:

@@ -1,4 +1,5 @@
 #include "platform/db/Error.h"
+#include "platform/db/Charset.h"
 #include "platform/db/FbCommon.h"
 #include <algorithm>
 #include <ibase.h>
@@ -53,7 +54,7 @@ Error toError(const Firebird::IStatus* status, const QString& context) {
     char buf[4096];
     unsigned n = util()->formatStatus(buf, sizeof buf - 1, s);
     buf[std::min<unsigned>(n, sizeof buf - 1)] = 0;
-    QString text = QString::fromUtf8(buf).trimmed();
+    QString text = fromServerMessage(buf).trimmed();
     std::vector<long> codes;
     const ISC_STATUS* v = s->getErrors();
     for (int i = 0; v && v[i] != isc_arg_end;) {

@@ -1,4 +1,5 @@
 #include "platform/db/Statement.h"
+#include "platform/db/Charset.h"
 #include "platform/db/Database.h"
 #include "platform/db/FbCommon.h"
 #include "platform/db/Transaction.h"
@@ -18,6 +19,10 @@ template <typename T> T load(const char* p) {
     T v;
     std::memcpy(&v, p, sizeof v);
     return v;
+}
+
+QString metaName(const char* name) {
+    return name ? fromConnectionText(name, qsizetype(std::strlen(name))) : QString();
 }
 
 constexpr unsigned CS_NONE = 0, CS_OCTETS = 1, CS_UNICODE_FSS = 3, CS_UTF8 = 4;
@@ -115,7 +120,7 @@ Statement::Statement(Database* db, Transaction* tr, const QString& sql) : db_(db
     if (!tr) throw Error::configuration(QStringLiteral("No transaction for statement: %1").arg(sql));
     scanned_ = ScannedSql::scan(sql);
     tr->ensureStarted();
-    const QByteArray text = scanned_.positionalSql.toUtf8();
+    const QByteArray text = toConnectionText(scanned_.positionalSql, sql);
     att_ = db->handle();
     fb::Status st;
     try {
@@ -125,7 +130,7 @@ Statement::Statement(Database* db, Transaction* tr, const QString& sql) : db_(db
         type_ = stmt_->getType(&st);
         inServer_ = stmt_->getInputMetadata(&st);
         IMessageMetadata* out = stmt_->getOutputMetadata(&st);
-        // Text columns are read as UTF8 (the connection character set) whatever the server says.
+        // Text columns are read as UTF8 whatever their character set (and the connection's).
         const unsigned n = out->getCount(&st);
         bool coerce = false;
         for (unsigned i = 0; i < n; ++i) {
@@ -163,9 +168,9 @@ Statement::Statement(Database* db, Transaction* tr, const QString& sql) : db_(db
             c.charSet = out->getCharSet(&st, i);
             c.offset = out->getOffset(&st, i);
             c.nullOffset = out->getNullOffset(&st, i);
-            c.field = QString::fromUtf8(out->getField(&st, i));
-            c.relation = QString::fromUtf8(out->getRelation(&st, i));
-            QString name = QString::fromUtf8(out->getAlias(&st, i));
+            c.field = metaName(out->getField(&st, i));
+            c.relation = metaName(out->getRelation(&st, i));
+            QString name = metaName(out->getAlias(&st, i));
             if (name.isEmpty()) name = c.field;
             if (name.isEmpty()) name = QStringLiteral("F_%1").arg(i + 1);
             // Duplicate names (joins) get a number: NAME1, NAME2 ...
@@ -278,7 +283,14 @@ void Statement::bind(const std::vector<QVariant>& values, Transaction* tr) {
                 c.subType = inServer_->getSubType(&st, i);
                 c.charSet = inServer_->getCharSet(&st, i);
                 c.length = sizeof(ISC_QUAD);
-                c.bytes = c.v.typeId() == QMetaType::QByteArray ? c.v.toByteArray() : c.v.toString().toUtf8();
+                if (c.v.typeId() == QMetaType::QByteArray) {
+                    c.bytes = c.v.toByteArray();
+                } else if (c.subType == 1 && c.charSet != CS_UTF8) {
+                    // A text blob goes in the character set the server names for it.
+                    c.bytes = toConnectionText(c.v.toString(), sql_);
+                } else {
+                    c.bytes = c.v.toString().toUtf8();
+                }
             } else if (srvType == SQL_BOOLEAN && c.v.typeId() != QMetaType::QString) {
                 c.type = SQL_BOOLEAN;
                 c.length = 1;
@@ -617,7 +629,7 @@ QVariant Statement::decodeValue(const Column& c, const char* p, qsizetype textLe
         } catch (const FbException& e) {
             fb::rethrow(e, context());
         }
-        if (c.subType == 1) return QString::fromUtf8(data);
+        if (c.subType == 1) return c.charSet == CS_UTF8 ? QString::fromUtf8(data) : fromConnectionText(data);
         return data;
     }
     default:

@@ -34,7 +34,7 @@ TEST_F(Types, EveryTypeRoundTripsThroughParametersAndDataSet) {
     q.paramByName("dp")->setValue(3.14159265358979);
     q.paramByName("c")->setValue(QString::fromUtf8("Ёлка"));
     q.paramByName("vw")->setValue(cyr);
-    q.paramByName("vu")->setValue(QString::fromUtf8("中文 и ё"));
+    q.paramByName("vu")->setValue(QString::fromUtf8("€ и ё, № «5»"));
     q.paramByName("cu")->setValue(QString::fromUtf8("я"));
     q.paramByName("dt")->setValue(QDate(2024, 2, 29));
     q.paramByName("tm")->setValue(QTime(23, 59, 58, 123));
@@ -42,7 +42,7 @@ TEST_F(Types, EveryTypeRoundTripsThroughParametersAndDataSet) {
     q.paramByName("bo")->setValue(true);
     q.paramByName("tb")->setValue(cyr + QString(70000, QChar('x')));
     q.paramByName("bb")->setValue(bin);
-    q.paramByName("tbu")->setValue(QString::fromUtf8("中文"));
+    q.paramByName("tbu")->setValue(QString::fromUtf8("Ёжик № 5 «тест» €"));
     q.paramByName("oc")->setValue(bin);
     q.exec();
     EXPECT_EQ(q.rowsAffected(), 1);
@@ -84,7 +84,7 @@ TEST_F(Types, EveryTypeRoundTripsThroughParametersAndDataSet) {
     EXPECT_DOUBLE_EQ(ds.fieldByName("dp")->asDouble(), 3.14159265358979);
     EXPECT_EQ(ds.fieldByName("c")->asString(), QString::fromUtf8("Ёлка")); // trailing blank trimmed
     EXPECT_EQ(ds.fieldByName("vw")->asString(), cyr);
-    EXPECT_EQ(ds.fieldByName("vu")->asString(), QString::fromUtf8("中文 и ё"));
+    EXPECT_EQ(ds.fieldByName("vu")->asString(), QString::fromUtf8("€ и ё, № «5»"));
     EXPECT_EQ(ds.fieldByName("cu")->asString(), QString::fromUtf8("я"));
     EXPECT_EQ(ds.fieldByName("dt")->asDate(), QDate(2024, 2, 29));
     EXPECT_EQ(ds.fieldByName("dt")->asString(), "2024-02-29");
@@ -93,7 +93,7 @@ TEST_F(Types, EveryTypeRoundTripsThroughParametersAndDataSet) {
     EXPECT_TRUE(ds.fieldByName("bo")->asBoolean());
     EXPECT_EQ(ds.fieldByName("tb")->asString(), cyr + QString(70000, QChar('x')));
     EXPECT_EQ(ds.fieldByName("bb")->asBytes(), bin);
-    EXPECT_EQ(ds.fieldByName("tbu")->asString(), QString::fromUtf8("中文"));
+    EXPECT_EQ(ds.fieldByName("tbu")->asString(), QString::fromUtf8("Ёжик № 5 «тест» €"));
     EXPECT_EQ(ds.fieldByName("oc")->asBytes(), bin);
 
     ds.next();
@@ -106,6 +106,23 @@ TEST_F(Types, EveryTypeRoundTripsThroughParametersAndDataSet) {
     }
     EXPECT_EQ(ds.fieldByName("i")->asInteger(), 0);
     EXPECT_FALSE(ds.fieldByName("dt")->asDate().isValid());
+
+    // Text travels through the connection's character set (the databases'): a character it lacks
+    // is refused with an error, never stored as a substitute.
+    Query blob(db.get(), &w);
+    blob.setSql("update t set tb = :tb where id = 2");
+    blob.paramByName("tb")->setValue(QString::fromUtf8("中文"));
+    try {
+        blob.exec();
+        ADD_FAILURE() << "the blob was stored";
+    } catch (const Error& e) {
+        EXPECT_TRUE(e.text().contains(QString::fromUtf8("«中»"))) << e.text().toStdString();
+    }
+    EXPECT_THROW(exec(QString::fromUtf8("update t set vw = '中' where id = 2")), Error);
+    Query param(db.get(), &w);
+    param.setSql("update t set vu = :vu where id = 2");
+    param.paramByName("vu")->setValue(QString::fromUtf8("中文"));
+    EXPECT_THROW(param.exec(), Error);
 }
 
 } // namespace
