@@ -141,7 +141,7 @@ TEST_F(HostImplDb, RunConstantsRightsAndSession) {
         setHost(&h);
         h.openDatabase(databasePath());
         EXPECT_EQ(CUR_USER, 1);
-        EXPECT_EQ(CUR_FILIALINDEX, 1);
+        EXPECT_EQ(CUR_FILIALINDEX, 101);
         EXPECT_EQ(CUR_SHOPINDEX, 1);
         EXPECT_GT(h.SessionNumber(), 0);
         EXPECT_TRUE(h.IsFuncRights("CRM.LOGIN"));
@@ -158,8 +158,8 @@ TEST_F(HostImplDb, RunConstantsRightsAndSession) {
         setHost(&h);
         h.openDatabase(databasePath());
         EXPECT_EQ(CUR_USER, 5);
-        EXPECT_EQ(CUR_FILIALINDEX, 2);
-        EXPECT_EQ(CUR_SHOPINDEX, 3);
+        EXPECT_EQ(CUR_FILIALINDEX, 104);
+        EXPECT_EQ(CUR_SHOPINDEX, 1);
         EXPECT_FALSE(h.IsFuncRights("CRM.LOGIN"));
     }
     {
