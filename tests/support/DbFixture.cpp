@@ -1,4 +1,5 @@
 #include "tests/support/DbFixture.h"
+#include "frames/core/RunParams.h"
 #include "platform/db/Query.h"
 #include "schema/DemoDatabase.h"
 #include <QDir>
@@ -24,6 +25,13 @@ void DbTest::SetUp() {
     ASSERT_TRUE(QFile::copy(demoDatabasePath(), dbPath_));
     QFile::setPermissions(dbPath_, QFile::ReadOwner | QFile::WriteOwner);
     host = std::make_unique<TestHost>(dbPath_);
+    // The run constants of the connected user, as the workbench sets them after logging in (and
+    // whatever an earlier test left in them).
+    const QVariantList me = row("select ID_USER, FILIALINDEX, SHOPINDEX from CUR_USER");
+    ASSERT_EQ(me.size(), 3);
+    CUR_USER = me.at(0).toInt();
+    CUR_FILIALINDEX = me.at(1).toInt();
+    CUR_SHOPINDEX = me.at(2).toInt();
     host->profilePath = dir_->filePath("profile");
     QDir().mkpath(host->profilePath);
 }
@@ -47,16 +55,22 @@ void DbTest::exec(const QString& sql) const {
     tr.commit();
 }
 
-QVariant DbTest::scalar(const QString& sql) const {
+QVariantList DbTest::row(const QString& sql) const {
     db::Transaction tr(host->database.get(), db::TransactionOptions::read());
     tr.start();
     db::Query q(host->database.get(), &tr);
     q.setSql(sql);
     q.open();
-    QVariant v = q.next() ? q.value(0) : QVariant();
+    QVariantList values;
+    if (q.next())
+        for (int i = 0; i < q.columnCount(); ++i) values << q.value(i);
     q.close();
     tr.commit();
-    return v;
+    return values;
+}
+
+QVariant DbTest::scalar(const QString& sql) const {
+    return row(sql).value(0);
 }
 
 } // namespace frames::test

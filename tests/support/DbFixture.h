@@ -21,6 +21,8 @@ protected:
     void exec(const QString& sql) const;
     // First column of the first row of a select in a fresh transaction.
     QVariant scalar(const QString& sql) const;
+    // The first row of a select (empty when there is none).
+    QVariantList row(const QString& sql) const;
 
     std::unique_ptr<TestHost> host;
 
