@@ -7,7 +7,8 @@
 
 namespace frames {
 
-TCursFrame_CE::TCursFrame_CE(QWidget* parent) : TCalcEdit_Frame(parent) {
+TCursFrame_CE::TCursFrame_CE(QWidget* parent)
+    : TCalcEdit_Frame(parent), record_(this, [this] { guard([&] { SelCurHistoryActionUpdate(); }); }) {
     // A rate is taken as typed: no bounds are applied on click, exit or change of the value.
     DBCalcEdit->OnButtonClick = nullptr;
     DBCalcEdit->OnEditValueChanged = nullptr;
@@ -56,17 +57,7 @@ void TCursFrame_CE::SetReadOnly(bool value) {
 
 void TCursFrame_CE::Init() {
     TCalcEdit_Frame::Init();
-    // The action follows the record as the host's idle updates would.
-    for (auto& c : sourceConns_) disconnect(c);
-    sourceConns_.clear();
-    if (db::DataSource* src = DBCalcEdit->dataSource()) {
-        auto update = [this] { guard([&] { SelCurHistoryActionUpdate(); }); };
-        sourceConns_ << connect(src, &db::DataSource::stateChanged, this, update);
-        sourceConns_ << connect(src, &db::DataSource::recordChanged, this, update);
-        sourceConns_ << connect(src, &db::DataSource::fieldChanged, this, update);
-        sourceConns_ << connect(src, &db::DataSource::dataSetReplaced, this, update);
-    }
-    SelCurHistoryActionUpdate();
+    record_.setDataSource(DBCalcEdit->dataSource());
 }
 
 db::AbstractDataSet* TCursFrame_CE::boundDataSet() const {

@@ -41,7 +41,8 @@ public:
 
 private:
     db::AbstractDataSet* boundDataSet() const;
-    QList<QMetaObject::Connection> sourceConns_;
+    // The action follows the edited record as the host's idle updates would.
+    ui::FieldLink record_;
 };
 
 } // namespace frames

@@ -659,46 +659,15 @@ bool CalcEdit::eventFilter(QObject* o, QEvent* e) {
 
 // ---- data-bound edit
 
-DBCalcEdit::DBCalcEdit(QWidget* parent) : CalcEdit(parent) {}
-
-DBCalcEdit::~DBCalcEdit() {
-    for (auto& c : conns_) disconnect(c);
-}
-
-void DBCalcEdit::setDataSource(db::DataSource* ds) {
-    for (auto& c : conns_) disconnect(c);
-    conns_.clear();
-    source_ = ds;
-    if (ds) {
-        auto reread = [this] { updateFromField(); };
-        conns_ << connect(ds, &db::DataSource::recordChanged, this, reread);
-        conns_ << connect(ds, &db::DataSource::dataSetChanged, this, reread);
-        conns_ << connect(ds, &db::DataSource::stateChanged, this, reread);
-        conns_ << connect(ds, &db::DataSource::dataSetReplaced, this, reread);
-        conns_ << connect(ds, &db::DataSource::fieldChanged, this, [this](int column) {
-            if (db::Field* f = field(); f && f->index() == column) updateFromField();
-        });
-    }
-    updateFromField();
-}
-
-void DBCalcEdit::setDataField(const QString& f) {
-    dataField_ = f.trimmed();
-    updateFromField();
-}
-
-db::Field* DBCalcEdit::field() const {
-    if (!source_ || dataField_.isEmpty()) return nullptr;
-    db::AbstractDataSet* ds = source_->dataSet();
-    if (!ds || !ds->active()) return nullptr;
-    return ds->findField(dataField_);
+DBCalcEdit::DBCalcEdit(QWidget* parent) : CalcEdit(parent) {
+    // Edits of the record's other fields do not re-read the edit.
+    link_.setOwnFieldEditsOnly(true);
 }
 
 void DBCalcEdit::updateFromField() {
-    if (writing_) return;
-    db::Field* f = field();
+    if (link_.writing()) return;
     QVariant v;
-    if (f && f->dataSet()->recNo() >= 0) {
+    if (db::Field* f = link_.rowField()) {
         try {
             if (!f->isNull()) v = f->asDouble();
         } catch (...) {
@@ -712,7 +681,7 @@ void DBCalcEdit::updateFromField() {
 void DBCalcEdit::postEditValue() {
     db::Field* f = field();
     if (!f || isReadOnly()) return;
-    QScopedValueRollback guard(writing_, true);
+    const auto writing = link_.writingScope();
     db::AbstractDataSet* ds = f->dataSet();
     const QVariant v = editValue();
     if (!ds->inEditMode()) {

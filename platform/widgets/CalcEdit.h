@@ -1,7 +1,6 @@
 #pragma once
-#include "platform/db/DataSource.h"
+#include "platform/widgets/FieldLink.h"
 #include <QFrame>
-#include <QPointer>
 #include <QVariant>
 #include <QWidget>
 #include <functional>
@@ -215,22 +214,18 @@ class DBCalcEdit : public CalcEdit {
     Q_PROPERTY(QString DataField READ dataField WRITE setDataField)
 public:
     explicit DBCalcEdit(QWidget* parent = nullptr);
-    ~DBCalcEdit() override;
 
-    db::DataSource* dataSource() const { return source_; }
-    void setDataSource(db::DataSource* ds);
-    QString dataField() const { return dataField_; }
-    void setDataField(const QString& f);
-    db::Field* field() const; // null while unbound or the dataset is closed
+    db::DataSource* dataSource() const { return link_.dataSource(); }
+    void setDataSource(db::DataSource* ds) { link_.setDataSource(ds); }
+    QString dataField() const { return link_.dataField(); }
+    void setDataField(const QString& f) { link_.setDataField(f); }
+    db::Field* field() const { return link_.field(); } // null while unbound or the dataset is closed
 
     void updateFromField();
     void postEditValue() override;
 
 private:
-    QPointer<db::DataSource> source_;
-    QList<QMetaObject::Connection> conns_;
-    QString dataField_;
-    bool writing_ = false;
+    FieldLink link_{this, [this] { updateFromField(); }};
 };
 
 } // namespace frames::ui

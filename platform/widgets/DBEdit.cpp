@@ -2,31 +2,8 @@
 #include "platform/db/Field.h"
 #include "platform/widgets/DataSetModel.h"
 #include "platform/widgets/ErrorReporter.h"
-#include <QScopedValueRollback>
 
 namespace frames::ui {
-
-namespace {
-
-db::Field* boundField(db::DataSource* src, const QString& name) {
-    if (!src || name.isEmpty()) return nullptr;
-    db::AbstractDataSet* ds = src->dataSet();
-    if (!ds || !ds->active()) return nullptr;
-    return ds->findField(name);
-}
-
-QList<QMetaObject::Connection> follow(db::DataSource* src, QObject* ctx, const std::function<void()>& f) {
-    QList<QMetaObject::Connection> c;
-    if (!src) return c;
-    c << QObject::connect(src, &db::DataSource::recordChanged, ctx, f);
-    c << QObject::connect(src, &db::DataSource::fieldChanged, ctx, f);
-    c << QObject::connect(src, &db::DataSource::dataSetChanged, ctx, f);
-    c << QObject::connect(src, &db::DataSource::stateChanged, ctx, f);
-    c << QObject::connect(src, &db::DataSource::dataSetReplaced, ctx, f);
-    return c;
-}
-
-} // namespace
 
 // ---- DBEdit
 
@@ -40,50 +17,18 @@ DBEdit::DBEdit(QWidget* parent) : QLineEdit(parent) {
     });
 }
 
-DBEdit::~DBEdit() {
-    for (auto& c : conns_) disconnect(c);
-}
-
-void DBEdit::setDataSource(db::DataSource* ds) {
-    source_ = ds;
-    connectSource();
-    updateFromField();
-}
-
-void DBEdit::setDataField(const QString& f) {
-    dataField_ = f.trimmed();
-    updateFromField();
-}
-
-void DBEdit::connectSource() {
-    for (auto& c : conns_) disconnect(c);
-    conns_ = follow(source_, this, [this] { updateFromField(); });
-}
-
-db::Field* DBEdit::field() const {
-    return boundField(source_, dataField_);
-}
-
 void DBEdit::updateFromField() {
-    if (writing_) return;
+    if (link_.writing()) return;
     pending_ = false;
-    db::Field* f = field();
-    QString text;
-    if (f && f->dataSet()->recNo() >= 0) {
-        try {
-            text = f->displayText();
-        } catch (...) {
-            text.clear();
-        }
-        setMaxLength(f->isText() && f->size() > 0 ? f->size() : 32767);
-    }
+    const QString text = link_.fieldText();
+    if (db::Field* f = link_.rowField()) setMaxLength(f->isText() && f->size() > 0 ? f->size() : 32767);
     if (text != this->text()) setText(text);
 }
 
 bool DBEdit::writeText(bool report) {
     db::Field* f = field();
     if (!f || isReadOnly()) return false;
-    QScopedValueRollback guard(writing_, true);
+    const auto writing = link_.writingScope();
     auto write = [&] {
         db::AbstractDataSet* ds = f->dataSet();
         if (!ds->inEditMode()) ds->edit();
@@ -108,22 +53,6 @@ DBCheckBox::DBCheckBox(QWidget* parent) : QCheckBox(parent) {}
 
 DBCheckBox::DBCheckBox(const QString& text, QWidget* parent) : QCheckBox(text, parent) {}
 
-DBCheckBox::~DBCheckBox() {
-    for (auto& c : conns_) disconnect(c);
-}
-
-void DBCheckBox::setDataSource(db::DataSource* ds) {
-    for (auto& c : conns_) disconnect(c);
-    source_ = ds;
-    conns_ = follow(source_, this, [this] { updateFromField(); });
-    updateFromField();
-}
-
-void DBCheckBox::setDataField(const QString& f) {
-    dataField_ = f.trimmed();
-    updateFromField();
-}
-
 void DBCheckBox::setValueChecked(const QString& v) {
     valueChecked_ = v;
     updateFromField();
@@ -134,15 +63,10 @@ void DBCheckBox::setValueUnchecked(const QString& v) {
     updateFromField();
 }
 
-db::Field* DBCheckBox::field() const {
-    return boundField(source_, dataField_);
-}
-
 void DBCheckBox::updateFromField() {
-    if (writing_) return;
-    db::Field* f = field();
+    if (link_.writing()) return;
     bool on = false;
-    if (f && f->dataSet()->recNo() >= 0) {
+    if (db::Field* f = link_.rowField()) {
         try {
             const QVariant v = f->value();
             if (!valueChecked_.isEmpty())
@@ -175,7 +99,7 @@ void DBCheckBox::nextCheckState() {
     }
     const bool on = !isChecked();
     const bool ok = guarded([&] {
-        QScopedValueRollback guard(writing_, true);
+        const auto writing = link_.writingScope();
         db::AbstractDataSet* ds = f->dataSet();
         if (!ds->inEditMode()) ds->edit();
         f->setValue(storedValue(on));

@@ -1,8 +1,7 @@
 #pragma once
-#include "platform/db/DataSource.h"
+#include "platform/widgets/FieldLink.h"
 #include <QCheckBox>
 #include <QLineEdit>
-#include <QPointer>
 
 namespace frames::ui {
 
@@ -15,25 +14,21 @@ class DBEdit : public QLineEdit {
     Q_PROPERTY(bool ReadOnly READ isReadOnly WRITE setReadOnly)
 public:
     explicit DBEdit(QWidget* parent = nullptr);
-    ~DBEdit() override;
 
-    db::DataSource* dataSource() const { return source_; }
-    void setDataSource(db::DataSource* ds);
-    QString dataField() const { return dataField_; }
-    void setDataField(const QString& f);
-    db::Field* field() const; // null while unbound or the dataset is closed
+    db::DataSource* dataSource() const { return link_.dataSource(); }
+    void setDataSource(db::DataSource* ds) { link_.setDataSource(ds); }
+    QString dataField() const { return link_.dataField(); }
+    void setDataField(const QString& f) { link_.setDataField(f); }
+    db::Field* field() const { return link_.field(); } // null while unbound or the dataset is closed
 
     // Re-reads the field.
     void updateFromField();
 
 private:
-    void connectSource();
     bool writeText(bool report);
 
-    QPointer<db::DataSource> source_;
-    QList<QMetaObject::Connection> conns_;
-    QString dataField_;
-    bool writing_ = false, pending_ = false;
+    bool pending_ = false;
+    FieldLink link_{this, [this] { updateFromField(); }};
 };
 
 // A check box bound to a field. Checked writes ValueChecked, unchecked ValueUnchecked; left
@@ -48,13 +43,12 @@ class DBCheckBox : public QCheckBox {
 public:
     explicit DBCheckBox(QWidget* parent = nullptr);
     explicit DBCheckBox(const QString& text, QWidget* parent = nullptr);
-    ~DBCheckBox() override;
 
-    db::DataSource* dataSource() const { return source_; }
-    void setDataSource(db::DataSource* ds);
-    QString dataField() const { return dataField_; }
-    void setDataField(const QString& f);
-    db::Field* field() const;
+    db::DataSource* dataSource() const { return link_.dataSource(); }
+    void setDataSource(db::DataSource* ds) { link_.setDataSource(ds); }
+    QString dataField() const { return link_.dataField(); }
+    void setDataField(const QString& f) { link_.setDataField(f); }
+    db::Field* field() const { return link_.field(); }
     bool isReadOnly() const { return readOnly_; }
     void setReadOnly(bool b) { readOnly_ = b; }
     QString valueChecked() const { return valueChecked_; }
@@ -70,10 +64,9 @@ protected:
 private:
     QVariant storedValue(bool checked) const;
 
-    QPointer<db::DataSource> source_;
-    QList<QMetaObject::Connection> conns_;
-    QString dataField_, valueChecked_, valueUnchecked_;
-    bool readOnly_ = false, writing_ = false;
+    QString valueChecked_, valueUnchecked_;
+    bool readOnly_ = false;
+    FieldLink link_{this, [this] { updateFromField(); }};
 };
 
 } // namespace frames::ui

@@ -1,87 +1,19 @@
 #include "platform/widgets/DBTextEdits.h"
-#include "platform/db/Field.h"
-#include "platform/widgets/ErrorReporter.h"
 #include <QLineEdit>
-#include <QScopedValueRollback>
 #include <QSignalBlocker>
 
 namespace frames::ui {
-
-// ---- FieldLink
-
-FieldLink::~FieldLink() {
-    for (auto& c : conns_) QObject::disconnect(c);
-}
-
-db::Field* FieldLink::field() const {
-    if (!source_ || dataField_.isEmpty()) return nullptr;
-    db::AbstractDataSet* ds = source_->dataSet();
-    if (!ds || !ds->active()) return nullptr;
-    return ds->findField(dataField_);
-}
-
-void FieldLink::link(QObject* control, db::DataSource* ds, const std::function<void()>& refresh) {
-    for (auto& c : conns_) QObject::disconnect(c);
-    conns_.clear();
-    source_ = ds;
-    if (ds) {
-        conns_ << QObject::connect(ds, &db::DataSource::recordChanged, control, refresh);
-        conns_ << QObject::connect(ds, &db::DataSource::fieldChanged, control, refresh);
-        conns_ << QObject::connect(ds, &db::DataSource::dataSetChanged, control, refresh);
-        conns_ << QObject::connect(ds, &db::DataSource::stateChanged, control, refresh);
-        conns_ << QObject::connect(ds, &db::DataSource::dataSetReplaced, control, refresh);
-    }
-    refresh();
-}
-
-QString FieldLink::fieldText() const {
-    db::Field* f = field();
-    if (!f || f->dataSet()->recNo() < 0) return {};
-    try {
-        return f->displayText();
-    } catch (...) {
-        return {};
-    }
-}
-
-bool FieldLink::write(const QVariant& v, const std::function<void()>& refresh) {
-    db::Field* f = field();
-    if (!f) return false;
-    bool ok = false;
-    {
-        QScopedValueRollback guard(writing_, true);
-        ok = guarded([&] {
-            db::AbstractDataSet* ds = f->dataSet();
-            if (!ds->inEditMode()) ds->edit();
-            if (!v.isValid() || v.isNull() || (v.toString().isEmpty() && !f->isText()))
-                f->clear();
-            else
-                f->setValue(v);
-        });
-    }
-    if (!ok) refresh();
-    return ok;
-}
 
 // ---- DBComboBox
 
 DBComboBox::DBComboBox(QWidget* parent) : QComboBox(parent) {
     connect(this, &QComboBox::activated, this, [this](int i) {
-        if (!readOnly_) write(itemText(i), [this] { updateFromField(); });
+        if (!readOnly_) link_.write(itemText(i));
     });
     connect(this, &QComboBox::editTextChanged, this, [this](const QString& t) {
-        if (isEditable() && !readOnly_ && !writing_ && lineEdit() && lineEdit()->hasFocus())
-            write(t, [this] { updateFromField(); });
+        if (isEditable() && !readOnly_ && !link_.writing() && lineEdit() && lineEdit()->hasFocus())
+            link_.write(t);
     });
-}
-
-void DBComboBox::setDataSource(db::DataSource* ds) {
-    link(this, ds, [this] { updateFromField(); });
-}
-
-void DBComboBox::setDataField(const QString& f) {
-    setField(f);
-    updateFromField();
 }
 
 QStringList DBComboBox::items() const {
@@ -104,8 +36,8 @@ void DBComboBox::setReadOnly(bool b) {
 }
 
 void DBComboBox::updateFromField() {
-    if (writing_ || !dataSource()) return;
-    const QString text = fieldText();
+    if (link_.writing() || !dataSource()) return;
+    const QString text = link_.fieldText();
     const QSignalBlocker block(this);
     if (isEditable()) {
         setCurrentIndex(findText(text));
@@ -119,26 +51,17 @@ void DBComboBox::updateFromField() {
 
 DBMemo::DBMemo(QWidget* parent) : QPlainTextEdit(parent) {
     connect(this, &QPlainTextEdit::textChanged, this, [this] {
-        if (writing_ || isReadOnly()) return;
+        if (link_.writing() || isReadOnly()) return;
         const QString text = toPlainText();
-        write(text.isEmpty() ? QVariant() : QVariant(text), [this] { updateFromField(); });
+        link_.write(text.isEmpty() ? QVariant() : QVariant(text));
     });
 }
 
-void DBMemo::setDataSource(db::DataSource* ds) {
-    link(this, ds, [this] { updateFromField(); });
-}
-
-void DBMemo::setDataField(const QString& f) {
-    setField(f);
-    updateFromField();
-}
-
 void DBMemo::updateFromField() {
-    if (writing_ || !dataSource()) return;
-    const QString text = fieldText();
+    if (link_.writing() || !dataSource()) return;
+    const QString text = link_.fieldText();
     if (text == toPlainText()) return;
-    QScopedValueRollback guard(writing_, true);
+    const auto writing = link_.writingScope();
     setPlainText(text);
 }
 
@@ -147,24 +70,15 @@ void DBMemo::updateFromField() {
 DBRichEdit::DBRichEdit(QWidget* parent) : QTextEdit(parent) {
     setAcceptRichText(true);
     connect(this, &QTextEdit::textChanged, this, [this] {
-        if (writing_ || isReadOnly()) return;
-        write(toPlainText().isEmpty() ? QVariant() : QVariant(toHtml()), [this] { updateFromField(); });
+        if (link_.writing() || isReadOnly()) return;
+        link_.write(toPlainText().isEmpty() ? QVariant() : QVariant(toHtml()));
     });
 }
 
-void DBRichEdit::setDataSource(db::DataSource* ds) {
-    link(this, ds, [this] { updateFromField(); });
-}
-
-void DBRichEdit::setDataField(const QString& f) {
-    setField(f);
-    updateFromField();
-}
-
 void DBRichEdit::updateFromField() {
-    if (writing_ || !dataSource()) return;
-    const QString text = fieldText();
-    QScopedValueRollback guard(writing_, true);
+    if (link_.writing() || !dataSource()) return;
+    const QString text = link_.fieldText();
+    const auto writing = link_.writingScope();
     if (Qt::mightBeRichText(text))
         setHtml(text);
     else

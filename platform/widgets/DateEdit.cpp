@@ -147,47 +147,16 @@ DateEdit::DateEdit(QWidget* parent) : QLineEdit(parent) {
     applyMask();
 }
 
-DateEdit::~DateEdit() {
-    for (auto& c : conns_) disconnect(c);
-}
-
 void DateEdit::fire(const std::function<void(QObject*)>& handler) {
     if (handler) guarded([&] { handler(this); });
 }
 
 // ---- binding
 
-void DateEdit::setDataSource(db::DataSource* ds) {
-    for (auto& c : conns_) disconnect(c);
-    conns_.clear();
-    source_ = ds;
-    if (ds) {
-        auto follow = [this] { updateFromField(); };
-        conns_ << connect(ds, &db::DataSource::recordChanged, this, follow);
-        conns_ << connect(ds, &db::DataSource::fieldChanged, this, follow);
-        conns_ << connect(ds, &db::DataSource::dataSetChanged, this, follow);
-        conns_ << connect(ds, &db::DataSource::stateChanged, this, follow);
-        conns_ << connect(ds, &db::DataSource::dataSetReplaced, this, follow);
-    }
-    updateFromField();
-}
-
-void DateEdit::setDataField(const QString& f) {
-    dataField_ = f.trimmed();
-    updateFromField();
-}
-
-db::Field* DateEdit::field() const {
-    if (!source_ || dataField_.isEmpty()) return nullptr;
-    db::AbstractDataSet* ds = source_->dataSet();
-    if (!ds || !ds->active()) return nullptr;
-    return ds->findField(dataField_);
-}
-
 void DateEdit::updateFromField() {
-    if (!source_) return; // unbound: the edit keeps its own value
+    if (!dataSource()) return; // unbound: the edit keeps its own value
     QDateTime v;
-    if (db::Field* f = field(); f && f->dataSet()->recNo() >= 0) {
+    if (db::Field* f = link_.rowField()) {
         try {
             if (!f->isNull()) v = f->asDateTime();
         } catch (...) {
@@ -294,7 +263,7 @@ QString DateEdit::editText() const {
 
 void DateEdit::setValue(const QDateTime& v) {
     const QDateTime n = normalized(v);
-    if (source_) writeField(n);
+    if (dataSource()) writeField(n);
     value_ = n;
     showValue();
 }

@@ -1,8 +1,7 @@
 #pragma once
-#include "platform/db/DataSource.h"
+#include "platform/widgets/FieldLink.h"
 #include <QDateTime>
 #include <QLineEdit>
-#include <QPointer>
 #include <functional>
 
 class QCalendarWidget;
@@ -57,14 +56,13 @@ class DateEdit : public QLineEdit {
     Q_PROPERTY(bool WeekNumbers READ weekNumbers WRITE setWeekNumbers)
 public:
     explicit DateEdit(QWidget* parent = nullptr);
-    ~DateEdit() override;
 
     // ---- binding
-    db::DataSource* dataSource() const { return source_; }
-    void setDataSource(db::DataSource* ds);
-    QString dataField() const { return dataField_; }
-    void setDataField(const QString& f);
-    db::Field* field() const; // null while unbound or the dataset is closed
+    db::DataSource* dataSource() const { return link_.dataSource(); }
+    void setDataSource(db::DataSource* ds) { link_.setDataSource(ds); }
+    QString dataField() const { return link_.dataField(); }
+    void setDataField(const QString& f) { link_.setDataField(f); }
+    db::Field* field() const { return link_.field(); } // null while unbound or the dataset is closed
     void updateFromField();
 
     // ---- settings
@@ -142,9 +140,6 @@ private:
     void writeField(const QDateTime& v);
     void fire(const std::function<void(QObject*)>& handler);
 
-    QPointer<db::DataSource> source_;
-    QList<QMetaObject::Connection> conns_;
-    QString dataField_;
     QString format_ = QStringLiteral("dd.MM.yyyy");
     QStringList buttons_{QStringLiteral("clear"), QStringLiteral("today")};
     bool masked_ = false, showTime_ = false, saveTime_ = false, weekNumbers_ = false;
@@ -154,6 +149,7 @@ private:
     QFrame* popup_ = nullptr;
     QCalendarWidget* calendar_ = nullptr;
     QTimeEdit* popupTime_ = nullptr;
+    FieldLink link_{this, [this] { updateFromField(); }};
 };
 
 } // namespace frames::ui

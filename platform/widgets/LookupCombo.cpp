@@ -118,34 +118,13 @@ LookupCombo::LookupCombo(QWidget* parent) : QWidget(parent) {
 }
 
 LookupCombo::~LookupCombo() {
-    for (auto& c : conns_) disconnect(c);
     combo_->removeEventFilter(this);
 }
 
 // ---- properties
 
 void LookupCombo::setDataSource(db::DataSource* ds) {
-    if (dataSource_ == ds) return;
-    dataSource_ = ds;
-    connectDataSource();
-    syncFromKey();
-}
-
-void LookupCombo::connectDataSource() {
-    for (auto& c : conns_) disconnect(c);
-    conns_.clear();
-    if (!dataSource_) return;
-    auto sync = [this] { syncFromKey(); };
-    conns_ << connect(dataSource_, &db::DataSource::recordChanged, this, sync);
-    conns_ << connect(dataSource_, &db::DataSource::fieldChanged, this, sync);
-    conns_ << connect(dataSource_, &db::DataSource::dataSetChanged, this, sync);
-    conns_ << connect(dataSource_, &db::DataSource::stateChanged, this, sync);
-    conns_ << connect(dataSource_, &db::DataSource::dataSetReplaced, this, sync);
-}
-
-void LookupCombo::setDataField(const QString& f) {
-    dataField_ = f.trimmed();
-    syncFromKey();
+    if (dataSource() != ds) link_.setDataSource(ds);
 }
 
 void LookupCombo::setLookupSource(db::DataSource* ds) {
@@ -292,20 +271,13 @@ QVariant LookupCombo::rowImage(int row) const {
 // ---- the key
 
 bool LookupCombo::isBound() const {
-    return dataSource_ && dataSource_->dataSet() && !dataField_.isEmpty();
-}
-
-db::Field* LookupCombo::boundField() const {
-    if (!isBound()) return nullptr;
-    db::AbstractDataSet* ds = dataSource_->dataSet();
-    if (!ds->active()) return nullptr;
-    return ds->findField(dataField_);
+    return dataSource() && dataSource()->dataSet() && !dataField().isEmpty();
 }
 
 QVariant LookupCombo::keyValue() const {
     if (!isBound()) return ownKey_;
-    db::Field* f = boundField();
-    if (!f || f->dataSet()->recNo() < 0) return QVariant();
+    db::Field* f = link_.rowField();
+    if (!f) return QVariant();
     return f->isNull() ? QVariant() : f->value();
 }
 
@@ -314,8 +286,8 @@ void LookupCombo::writeKey(const QVariant& key) {
         ownKey_ = isNullKey(key) ? QVariant() : key;
         return;
     }
-    db::AbstractDataSet* ds = dataSource_->dataSet();
-    db::Field* f = ds->fieldByName(dataField_); // throws naming the missing field
+    db::AbstractDataSet* ds = dataSource()->dataSet();
+    db::Field* f = ds->fieldByName(dataField()); // throws naming the missing field
     if (!ds->inEditMode()) ds->edit();
     if (isNullKey(key))
         f->clear();

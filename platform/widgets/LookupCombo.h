@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/db/DataSource.h"
+#include "platform/widgets/FieldLink.h"
 #include <QIcon>
 #include <QPointer>
 #include <QVariant>
@@ -33,10 +33,10 @@ public:
     ~LookupCombo() override;
 
     // Binding of the edited record.
-    db::DataSource* dataSource() const { return dataSource_; }
+    db::DataSource* dataSource() const { return link_.dataSource(); }
     void setDataSource(db::DataSource* ds);
-    QString dataField() const { return dataField_; }
-    void setDataField(const QString& f);
+    QString dataField() const { return link_.dataField(); }
+    void setDataField(const QString& f) { link_.setDataField(f); }
     // The list.
     db::DataSource* lookupSource() const { return lookupSource_; }
     void setLookupSource(db::DataSource* ds);
@@ -98,29 +98,27 @@ private:
     int rowOfKey(const QVariant& key) const;
     // Added in the implementation.
     bool isBound() const;
-    db::Field* boundField() const;
     int lookupKeyIndex() const;
     void writeKey(const QVariant& key);
     void listReset();
     bool mayDropDown();
     QVariant rowImage(int row) const;
-    void connectDataSource();
 
     QComboBox* combo_ = nullptr;
     QToolButton* button_ = nullptr;
     DataSetModel* model_ = nullptr;
-    QPointer<db::DataSource> dataSource_, lookupSource_;
-    QString dataField_, lookupField_, lookupDisplay_, emptyValue_;
+    QPointer<db::DataSource> lookupSource_;
+    QString lookupField_, lookupDisplay_, emptyValue_;
     QVariant ownKey_;
     int dropDownCount_ = 8;
     bool indexSwitch_ = true, escapeClear_ = true, readOnly_ = false;
     bool syncing_ = false;
     mutable QHash<QString, int> keyIndex_;
     mutable bool keyIndexValid_ = false;
-    QList<QMetaObject::Connection> conns_;
     mutable QHash<int, QIcon> icons_;
     mutable bool inImage_ = false;
     bool tableView_ = false;
+    FieldLink link_{this, [this] { syncFromKey(); }};
 };
 
 } // namespace frames::ui

@@ -27,41 +27,10 @@ TimeEdit::TimeEdit(QWidget* parent) : QAbstractSpinBox(parent) {
     connect(this, &QAbstractSpinBox::editingFinished, this, [this] { commitText(); });
 }
 
-TimeEdit::~TimeEdit() {
-    for (auto& c : conns_) disconnect(c);
-}
-
-void TimeEdit::setDataSource(db::DataSource* ds) {
-    for (auto& c : conns_) disconnect(c);
-    conns_.clear();
-    source_ = ds;
-    if (ds) {
-        auto follow = [this] { updateFromField(); };
-        conns_ << connect(ds, &db::DataSource::recordChanged, this, follow);
-        conns_ << connect(ds, &db::DataSource::fieldChanged, this, follow);
-        conns_ << connect(ds, &db::DataSource::dataSetChanged, this, follow);
-        conns_ << connect(ds, &db::DataSource::stateChanged, this, follow);
-        conns_ << connect(ds, &db::DataSource::dataSetReplaced, this, follow);
-    }
-    updateFromField();
-}
-
-void TimeEdit::setDataField(const QString& f) {
-    dataField_ = f.trimmed();
-    updateFromField();
-}
-
-db::Field* TimeEdit::field() const {
-    if (!source_ || dataField_.isEmpty()) return nullptr;
-    db::AbstractDataSet* ds = source_->dataSet();
-    if (!ds || !ds->active()) return nullptr;
-    return ds->findField(dataField_);
-}
-
 void TimeEdit::updateFromField() {
-    if (!source_) return;
+    if (!dataSource()) return;
     QTime t;
-    if (db::Field* f = field(); f && f->dataSet()->recNo() >= 0) {
+    if (db::Field* f = link_.rowField()) {
         try {
             if (!f->isNull()) t = f->asTime();
         } catch (...) {

@@ -1,7 +1,6 @@
 #pragma once
-#include "platform/db/DataSource.h"
+#include "platform/widgets/FieldLink.h"
 #include <QAbstractSpinBox>
-#include <QPointer>
 #include <QTime>
 #include <functional>
 
@@ -22,13 +21,12 @@ class TimeEdit : public QAbstractSpinBox {
     Q_PROPERTY(QString DisplayFormat READ displayFormat WRITE setDisplayFormat)
 public:
     explicit TimeEdit(QWidget* parent = nullptr);
-    ~TimeEdit() override;
 
-    db::DataSource* dataSource() const { return source_; }
-    void setDataSource(db::DataSource* ds);
-    QString dataField() const { return dataField_; }
-    void setDataField(const QString& f);
-    db::Field* field() const;
+    db::DataSource* dataSource() const { return link_.dataSource(); }
+    void setDataSource(db::DataSource* ds) { link_.setDataSource(ds); }
+    QString dataField() const { return link_.dataField(); }
+    void setDataField(const QString& f) { link_.setDataField(f); }
+    db::Field* field() const { return link_.field(); }
     void updateFromField();
 
     QString displayFormat() const { return format_; }
@@ -60,12 +58,10 @@ private:
     QTime normalized(const QTime& t) const;
     void showValue();
 
-    QPointer<db::DataSource> source_;
-    QList<QMetaObject::Connection> conns_;
-    QString dataField_;
     QString format_ = QStringLiteral("HH:mm");
     QTime value_;
     int unit_ = 3600; // seconds per step of the part last stepped
+    FieldLink link_{this, [this] { updateFromField(); }};
 };
 
 // Reads a typed time: "h:mm", "h:mm:ss", "h.mm", "hmm"/"hhmm"; invalid when it is not a time.
