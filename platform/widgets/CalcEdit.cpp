@@ -475,7 +475,7 @@ void CalcEdit::setEditValue(const QVariant& v) {
     const bool textIsValue =
         nv.isValid() ? (strToFloat(text_, typed) && typed == nv.toDouble()) : text_.isEmpty();
     if (!textIsValue)
-        changeText(nv.isValid() ? editTextOf(nv.toDouble()) : QString());
+        changeText(valueText());
     else
         refreshShown();
     if (changed) valueChangedByEdit();
@@ -486,7 +486,7 @@ void CalcEdit::loadValue(const QVariant& v) {
     if (v.isValid() && !v.isNull()) nv = v.toDouble();
     value_ = nv;
     modified_ = false;
-    changeText(nv.isValid() ? editTextOf(nv.toDouble()) : QString());
+    changeText(valueText());
     refreshShown();
 }
 
@@ -497,11 +497,22 @@ void CalcEdit::valueChangedByEdit() {
 
 void CalcEdit::setEditText(const QString& text) {
     changeText(text);
+    takeText(text);
+}
+
+bool CalcEdit::takeText(const QString& text) {
     double v = 0;
     if (text.trimmed().isEmpty())
         setEditValue(QVariant());
     else if (strToFloat(text, v))
         setEditValue(v);
+    else
+        return false;
+    return true;
+}
+
+QString CalcEdit::valueText() const {
+    return value_.isValid() ? editTextOf(value()) : QString();
 }
 
 void CalcEdit::userEdited(const QString& text) {
@@ -509,13 +520,7 @@ void CalcEdit::userEdited(const QString& text) {
     modified_ = true;
     changeText(text);
     if (!immediatePost_) return;
-    double v = 0;
-    if (text_.trimmed().isEmpty())
-        setEditValue(QVariant());
-    else if (strToFloat(text_, v))
-        setEditValue(v);
-    else
-        return; // not a number yet ("-"): wait for more
+    if (!takeText(text_)) return; // not a number yet ("-"): wait for more
     guarded([&] { postEditValue(); });
     modified_ = false;
 }
@@ -525,17 +530,11 @@ void CalcEdit::revertEdit() {
     if (prevText_ != text_ && (prevText_.trimmed().isEmpty() || strToFloat(prevText_, v)))
         changeText(prevText_);
     else
-        changeText(value_.isValid() ? editTextOf(value()) : QString());
+        changeText(valueText());
 }
 
 void CalcEdit::commit() {
-    double v = 0;
-    if (text_.trimmed().isEmpty())
-        setEditValue(QVariant());
-    else if (strToFloat(text_, v))
-        setEditValue(v);
-    else
-        changeText(value_.isValid() ? editTextOf(value()) : QString());
+    if (!takeText(text_)) changeText(valueText());
     if (modified_) guarded([&] { postEditValue(); });
     modified_ = false;
     refreshShown();
@@ -645,7 +644,7 @@ bool CalcEdit::eventFilter(QObject* o, QEvent* e) {
         }
         if (k->key() == Qt::Key_Escape && modified_) {
             // Escape first drops the typing; a second one goes on to the dialog.
-            changeText(value_.isValid() ? editTextOf(value()) : QString());
+            changeText(valueText());
             modified_ = false;
             return true;
         }

@@ -191,6 +191,9 @@ protected:
 private:
     void userEdited(const QString& text);
     void changeText(QString text); // by value: callers pass prevText_
+    // Makes text the value (an empty text empties it); false, leaving the value, when it is no number.
+    bool takeText(const QString& text);
+    QString valueText() const; // the value as edit text, empty when null
     void refreshShown();
     void calcResult(double v);
     void fire(const std::function<void(QObject*)>& handler);
