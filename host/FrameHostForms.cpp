@@ -7,28 +7,58 @@
 #include "host/HostImpl.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/DataSource.h"
+#include "platform/db/Error.h"
 #include "platform/db/MemTable.h"
+#include "platform/db/Transaction.h"
 #include "platform/widgets/DBGrid.h"
 #include "platform/widgets/LookupCombo.h"
 #include <QDialogButtonBox>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QVBoxLayout>
 #include <memory>
+#include <stdexcept>
 
 namespace workbench {
 
 namespace db = frames::db;
 namespace ui = frames::ui;
 
+namespace {
+
+QList<EditorSlot> slotsOf(const QStringList& classes) {
+    QList<EditorSlot> out;
+    for (const QString& cls : classes) out.append(EditorSlot{cls, {}, {}, {}, {}});
+    return out;
+}
+
+// The object and property a slot's valueProperty names on its frame.
+QObject* valueTarget(QObject* frame, const EditorSlot& s, QByteArray& property) {
+    const int dot = s.valueProperty.lastIndexOf(QLatin1Char('.'));
+    property = s.valueProperty.mid(dot + 1).toLatin1();
+    QObject* target = dot < 0 ? frame : frame->findChild<QObject*>(s.valueProperty.left(dot));
+    if (!target || target->metaObject()->indexOfProperty(property.constData()) < 0)
+        throw std::runtime_error(
+            QStringLiteral("%1: no property %2").arg(s.frameName(), s.valueProperty).toStdString());
+    return target;
+}
+
+} // namespace
+
 // ---- RecordListForm
 
 RecordListForm::RecordListForm(HostImpl* host, db::AbstractDataSet* records, const QStringList& frameClasses,
                                QWidget* parent)
-    : TfmLayer1_FIB(parent), host_(host), records_(records), classes_(frameClasses) {
+    : RecordListForm(host, records, slotsOf(frameClasses), parent) {}
+
+RecordListForm::RecordListForm(HostImpl* host, db::AbstractDataSet* records, const QList<EditorSlot>& editors,
+                               QWidget* parent)
+    : TfmLayer1_FIB(parent), host_(host), records_(records), editors_(editors) {
     setObjectName(QStringLiteral("RecordListForm"));
-    setWindowTitle(QStringLiteral("Записи: %1").arg(frameClasses.join(QStringLiteral(", "))));
+    setWindowTitle(QStringLiteral("Записи: %1").arg(frameClasses().join(QStringLiteral(", "))));
     resize(640, 320);
     records_->setParent(this);
     source_ = new db::DataSource(records_, this);
@@ -41,19 +71,29 @@ RecordListForm::RecordListForm(HostImpl* host, db::AbstractDataSet* records, con
 
     auto* btEdit = new QPushButton(QStringLiteral("Изменить…"), this);
     btEdit->setObjectName(QStringLiteral("btEdit"));
+    auto* btAdd = new QPushButton(QStringLiteral("Добавить…"), this);
+    btAdd->setObjectName(QStringLiteral("btAdd"));
+    // Only a table with an insert statement takes new records.
+    auto* table = qobject_cast<db::DataSet*>(records_);
+    btAdd->setVisible(table && !table->insertSql().trimmed().isEmpty());
     auto* btClose = new QPushButton(QStringLiteral("Закрыть"), this);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(btEdit);
+    buttons->addWidget(btAdd);
     buttons->addStretch(1);
     buttons->addWidget(btClose);
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(new QLabel(QStringLiteral("Двойной щелчок или «Изменить…» открывает запись на форме "
-                                                "редактирования: фреймы на ней привязаны к этой записи."),
-                                 this));
+    auto* hint = new QLabel(QStringLiteral("Двойной щелчок или «Изменить…» открывает запись на форме "
+                                           "редактирования: фреймы на ней привязаны к этой записи."),
+                            this);
+    hint->setObjectName(QStringLiteral("lbHint"));
+    hint->setWordWrap(true);
+    layout->addWidget(hint);
     layout->addWidget(grid_, 1);
     layout->addLayout(buttons);
 
     connect(btEdit, &QPushButton::clicked, this, [this] { frames::guard([this] { editCurrent(); }); });
+    connect(btAdd, &QPushButton::clicked, this, [this] { frames::guard([this] { addNew(); }); });
     connect(btClose, &QPushButton::clicked, this, &QDialog::reject);
     connect(grid_, &ui::DBGrid::activated, this, [this] { frames::guard([this] { editCurrent(); }); });
 }
@@ -61,6 +101,23 @@ RecordListForm::RecordListForm(HostImpl* host, db::AbstractDataSet* records, con
 RecordListForm::~RecordListForm() {
     // The grid goes before the records it shows.
     delete grid_;
+    if (writeTr_ && writeTr_->active()) {
+        try {
+            writeTr_->rollback();
+        } catch (const db::Error&) {
+        }
+    }
+}
+
+QStringList RecordListForm::frameClasses() const {
+    QStringList out;
+    for (const EditorSlot& s : editors_) out << s.className;
+    return out;
+}
+
+void RecordListForm::setWriteTransaction(db::Transaction* tr) {
+    writeTr_ = tr;
+    if (auto* table = qobject_cast<db::DataSet*>(records_)) table->setUpdateTransaction(tr);
 }
 
 RecordListForm* RecordListForm::forLookup(HostImpl* host, const QString& className, QWidget* parent) {
@@ -95,10 +152,15 @@ RecordListForm* RecordListForm::forLookup(HostImpl* host, const QString& classNa
     records->first();
     lf->FormClose();
 
-    auto* form = new RecordListForm(host, records, {className}, parent);
+    // A frame that names no field of its own edits the key field here.
+    EditorSlot slot{className, field, {}, {}, {}};
+    if (lf->lcSelect->dataField().isEmpty())
+        slot.description = QJsonObject{
+            {QStringLiteral("components"),
+             QJsonObject{{QStringLiteral("lcSelect"), QJsonObject{{QStringLiteral("DataField"), field}}}}}};
+    auto* form = new RecordListForm(host, records, QList<EditorSlot>{slot}, parent);
     form->setWindowTitle(QStringLiteral("%1 на форме редактирования").arg(className));
     form->shownColumn = QStringLiteral("SHOWN");
-    if (lf->lcSelect->dataField().isEmpty()) form->boundFields.insert(className, field);
     form->grid_->setColumns({QStringLiteral("N"), field, QStringLiteral("SHOWN")});
     form->grid_->setCaptions({{QStringLiteral("N"), QStringLiteral("№")},
                               {field, field + QStringLiteral(" (ключ)")},
@@ -107,10 +169,30 @@ RecordListForm* RecordListForm::forLookup(HostImpl* host, const QString& classNa
 }
 
 int RecordListForm::editCurrent() {
-    if (!records_->active() || records_->isEmpty()) return 2;
+    if (!records_->active() || (records_->isEmpty() && !records_->inEditMode())) return QDialog::Rejected;
     FrameEditDialog dlg(host_, this);
-    dlg.prepare();
+    try {
+        dlg.prepare();
+    } catch (...) {
+        dlg.reject();
+        throw;
+    }
+    if (!host_->interactive()) {
+        dlg.reject();
+        return QDialog::Rejected;
+    }
     return dlg.exec();
+}
+
+int RecordListForm::addNew() {
+    if (!records_->active()) return QDialog::Rejected;
+    records_->append();
+    return editCurrent();
+}
+
+void RecordListForm::refresh() {
+    if (records_->inEditMode()) records_->cancel();
+    records_->reopen(true);
 }
 
 // ---- FrameEditDialog
@@ -120,65 +202,143 @@ FrameEditDialog::FrameEditDialog(HostImpl* host, RecordListForm* owner)
     setObjectName(QStringLiteral("FrameEditDialog"));
     setWindowTitle(QStringLiteral("Редактирование записи"));
     resize(520, 160);
-    body_ = new QWidget(this);
+    // The frames sit on a plain panel inside a scroll area: neither counts as an owner, the
+    // dialog does.
+    scroll_ = new QScrollArea(this);
+    scroll_->setObjectName(QStringLiteral("sbFrames"));
+    scroll_->setWidgetResizable(true);
+    scroll_->setFrameShape(QFrame::NoFrame);
+    body_ = new QWidget;
     body_->setObjectName(QStringLiteral("pnFrames"));
-    new QVBoxLayout(body_);
+    auto* grid = new QGridLayout(body_);
+    grid->setContentsMargins(0, 0, 0, 0);
+    scroll_->setWidget(body_);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("btOk"));
+    buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("btCancel"));
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(body_, 1);
+    layout->addWidget(scroll_, 1);
     layout->addWidget(buttons);
     connect(buttons, &QDialogButtonBox::accepted, this, [this] { frames::guard([this] { accept(); }); });
     connect(buttons, &QDialogButtonBox::rejected, this, [this] { frames::guard([this] { reject(); }); });
 }
 
 FrameEditDialog::~FrameEditDialog() {
-    frames::guard([this] { closeFrames(false); });
+    if (closed_) return;
+    frames::guard([this] { cancelEdit(); });
+    closeFrames();
 }
 
-frames::TConfigItem* FrameEditDialog::layoutNode(const QString& className) const {
-    return host_->LayoutRoot()->ItemByName(QStringLiteral("FrameEditDialog"))->ItemByName(className);
+frames::TConfigItem* FrameEditDialog::layoutNode(const QString& name) const {
+    return host_->LayoutRoot()->ItemByName(QStringLiteral("FrameEditDialog"))->ItemByName(name);
+}
+
+frames::TAbsEditFrame* FrameEditDialog::frame(const QString& name) const {
+    for (frames::TAbsEditFrame* f : frames_)
+        if (f->objectName() == name) return f;
+    return nullptr;
 }
 
 void FrameEditDialog::prepare() {
     db::AbstractDataSet* record = list_->records();
     if (!record->inEditMode()) record->edit();
-    for (const QString& cls : list_->frameClasses()) {
-        frames::TAbsEditFrame* f = frames::Registry::instance().create(cls, body_);
-        f->setObjectName(cls);
+    auto* grid = static_cast<QGridLayout*>(body_->layout());
+    const int columns = qMax(1, list_->editorColumns);
+    for (const EditorSlot& s : list_->editors()) {
+        frames::TAbsEditFrame* f = frames::Registry::instance().create(s.className, body_);
+        f->setObjectName(s.frameName());
+        const int i = int(frames_.size());
         frames_.push_back(f);
-        body_->layout()->addWidget(f);
-        if (auto* lf = qobject_cast<frames::TAbs_LF*>(f); lf && list_->boundFields.contains(cls))
-            lf->lcSelect->setDataField(list_->boundFields.value(cls));
+        slotOf_.push_back(&s);
+        grid->addWidget(f, i / columns, i % columns, Qt::AlignTop);
+        if (!s.description.isEmpty()) frames::FormLoader::applyDescription(f, s.description, s.className);
         f->Init();
-        f->RestoreLayout(layoutNode(cls));
+        f->RestoreLayout(layoutNode(s.frameName()));
+        if (!s.valueProperty.isEmpty()) {
+            // A frame that keeps its own value shows the record's.
+            QByteArray property;
+            QObject* target = valueTarget(f, s, property);
+            const QVariant v = record->fieldByName(s.column)->value();
+            if (v.isValid() && !v.isNull()) target->setProperty(property.constData(), v);
+        }
     }
+    grid->setRowStretch(grid->rowCount(), 1);
+    if (columns > 1) {
+        // Big enough to show every frame without scrolling, within reason.
+        const QSize hint = body_->sizeHint();
+        resize(qMin(1400, hint.width() + 40), qMin(1000, hint.height() + 80));
+    }
+    frames::TAbsEditFrame* first = list_->focusEditor.isEmpty() ? nullptr : frame(list_->focusEditor);
+    if (!first && !frames_.empty()) first = frames_.front();
+    if (first) frames::guard([first] { first->SetFocus(); });
 }
 
-void FrameEditDialog::closeFrames(bool posted) {
+bool FrameEditDialog::save() {
+    db::AbstractDataSet* record = list_->records();
+    db::Transaction* tr = list_->writeTransaction();
+    try {
+        if (!record->inEditMode()) record->edit();
+        for (size_t i = 0; i < frames_.size(); ++i) {
+            frames::TAbsEditFrame* f = frames_[i];
+            f->Save();
+            const EditorSlot& s = *slotOf_[i];
+            if (!s.valueProperty.isEmpty()) {
+                QByteArray property;
+                const QObject* target = valueTarget(f, s, property);
+                record->fieldByName(s.column)->setValue(target->property(property.constData()));
+            }
+        }
+        if (!list_->shownColumn.isEmpty())
+            for (frames::TAbsEditFrame* f : frames_)
+                if (auto* lf = qobject_cast<frames::TAbs_LF*>(f))
+                    record->fieldByName(list_->shownColumn)->setValue(lf->lcSelect->displayText());
+        if (tr) tr->ensureStarted();
+        record->post();
+        if (tr) tr->commit();
+    } catch (...) {
+        const QString text = frames::errorText(std::current_exception());
+        if (tr && tr->active()) {
+            try {
+                tr->rollback();
+            } catch (...) {
+            }
+        }
+        host_->ErrorBox(QStringLiteral("Запись не сохранена: %1").arg(text));
+        return false;
+    }
+    // The list shows names looked up by the statement: read the row again.
+    if (auto* table = qobject_cast<db::DataSet*>(record); table && !table->refreshSql().trimmed().isEmpty())
+        frames::guard([table] { table->refreshRecord(); });
+    return true;
+}
+
+void FrameEditDialog::closeFrames() {
     if (closed_) return;
     closed_ = true;
     for (frames::TAbsEditFrame* f : frames_) {
-        if (posted) f->Save();
-        f->SaveLayout(layoutNode(f->objectName()));
-        f->FormClose();
+        frames::guard([&] {
+            f->SaveLayout(layoutNode(f->objectName()));
+            f->FormClose();
+        });
     }
 }
 
 void FrameEditDialog::accept() {
-    db::AbstractDataSet* record = list_->records();
-    if (!list_->shownColumn.isEmpty())
-        for (frames::TAbsEditFrame* f : frames_)
-            if (auto* lf = qobject_cast<frames::TAbs_LF*>(f))
-                record->fieldByName(list_->shownColumn)->setValue(lf->lcSelect->displayText());
-    if (record->inEditMode()) record->post();
-    closeFrames(true);
+    if (!save()) return;
+    closeFrames();
     TfmAbsEditDlg::accept();
 }
 
-void FrameEditDialog::reject() {
+void FrameEditDialog::cancelEdit() {
     db::AbstractDataSet* record = list_->records();
     if (record->inEditMode()) record->cancel();
-    closeFrames(false);
+    db::Transaction* tr = list_->writeTransaction();
+    if (tr && tr->active()) tr->rollback();
+}
+
+void FrameEditDialog::reject() {
+    frames::guard([this] { cancelEdit(); });
+    closeFrames();
     TfmAbsEditDlg::reject();
 }
 

@@ -1,15 +1,20 @@
 #pragma once
 #include "frames/core/HostForms.h"
-#include <QHash>
+#include <QJsonObject>
+#include <QList>
 #include <QStringList>
 #include <vector>
+
+class QScrollArea;
 
 namespace frames {
 class TAbsEditFrame;
 class TConfigItem;
 namespace db {
 class AbstractDataSet;
+class DataSet;
 class DataSource;
+class Transaction;
 } // namespace db
 namespace ui {
 class DBGrid;
@@ -20,14 +25,33 @@ namespace workbench {
 
 class HostImpl;
 
+// One frame of a record's edit dialog and how the dialog points it at its column.
+//  - description: applied to the frame after it was made and before Init, as a form description
+//    (the bound control's DataField, a caption, the items of a combo …);
+//  - valueProperty: for a frame that does not bind itself, "Component.Property" (or "Property"
+//    of the frame) through which the dialog hands it the column's value and takes it back on OK.
+struct EditorSlot {
+    QString className;
+    QString column;
+    QJsonObject description;
+    QString valueProperty;
+    // Name of the frame on the dialog and of its layout node: the class name, or the class and
+    // the column when the class edits more than one column.
+    QString name;
+
+    QString frameName() const { return name.isEmpty() ? className : name; }
+};
+
 // A list form over the records of any dataset, with an edit dialog that shows frames bound to
 // the current record through the owner chain, as the system's own list forms host them. The
-// frame browser opens one for the frame it shows.
+// frame browser opens one for the frame it shows; the payment documents are one over a table.
 class RecordListForm : public frames::TfmLayer1_FIB {
     Q_OBJECT
 public:
     // Lists records (which the form takes over) and edits them with the frames of those classes.
     RecordListForm(HostImpl* host, frames::db::AbstractDataSet* records, const QStringList& frameClasses,
+                   QWidget* parent = nullptr);
+    RecordListForm(HostImpl* host, frames::db::AbstractDataSet* records, const QList<EditorSlot>& editors,
                    QWidget* parent = nullptr);
     ~RecordListForm() override;
 
@@ -37,47 +61,70 @@ public:
 
     frames::db::AbstractDataSet* records() const { return records_; }
     frames::ui::DBGrid* grid() const { return grid_; }
-    const QStringList& frameClasses() const { return classes_; }
-    // The field a lookup frame without a field of its own edits here (set before its Init).
-    QHash<QString, QString> boundFields;
+    const QList<EditorSlot>& editors() const { return editors_; }
+    QStringList frameClasses() const;
     // The column that shows, after each edit, the name the lookup frame showed for the key.
     QString shownColumn;
+    // Columns of frames on the edit dialog (1: one frame under the other).
+    int editorColumns = 1;
+    // The frame the edit dialog gives the focus to first (its name); empty: the first.
+    QString focusEditor;
 
-    // Shows the edit dialog over the current record; returns its result.
+    // Edits are written in this transaction (the records' update transaction), committed when
+    // the dialog is confirmed and rolled back when saving fails. None: records in memory.
+    void setWriteTransaction(frames::db::Transaction* tr);
+    frames::db::Transaction* writeTransaction() const { return writeTr_; }
+
+    // Shows the edit dialog over the current record (or a new one); returns its result.
     int editCurrent();
+    int addNew();
+    // Reads the records again, keeping the position.
+    void refresh();
 
 private:
     HostImpl* host_;
     frames::db::AbstractDataSet* records_;
     frames::db::DataSource* source_;
     frames::ui::DBGrid* grid_;
-    QStringList classes_;
+    frames::db::Transaction* writeTr_ = nullptr;
+    QList<EditorSlot> editors_;
 };
 
 // The edit dialog of a RecordListForm: its frames, created by class name with the dialog as
-// owner, bind themselves to the list's current record in Init. OK posts the record, Cancel
-// cancels the edit.
+// owner, bind themselves to the list's current record in Init. OK saves the frames' values and
+// posts the record (committing the list's write transaction); a failure is reported through the
+// host and keeps the dialog open. Cancel cancels the edit.
 class FrameEditDialog : public frames::TfmAbsEditDlg {
     Q_OBJECT
 public:
     FrameEditDialog(HostImpl* host, RecordListForm* owner);
     ~FrameEditDialog() override;
 
-    // Puts the record into edit state, creates the frames, runs Init and RestoreLayout. Throws.
+    // Puts the record into edit state (unless it is being inserted), creates the frames, runs
+    // Init and RestoreLayout and hands the unbound frames their values. Throws.
     void prepare();
     const std::vector<frames::TAbsEditFrame*>& frames() const { return frames_; }
+    // The frame of that name (see EditorSlot::frameName), or nullptr.
+    frames::TAbsEditFrame* frame(const QString& name) const;
+
+    // Saves the frames' values into the record, posts it and commits. On failure rolls back,
+    // reports through the host and returns false with the record still in edit state.
+    bool save();
 
     void accept() override;
     void reject() override;
 
 private:
-    void closeFrames(bool posted);
-    frames::TConfigItem* layoutNode(const QString& className) const;
+    void cancelEdit();
+    void closeFrames();
+    frames::TConfigItem* layoutNode(const QString& name) const;
 
     HostImpl* host_;
     RecordListForm* list_;
+    QScrollArea* scroll_;
     QWidget* body_;
     std::vector<frames::TAbsEditFrame*> frames_;
+    std::vector<const EditorSlot*> slotOf_;
     bool closed_ = false;
 };
 
