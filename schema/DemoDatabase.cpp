@@ -1,6 +1,7 @@
 #include "schema/DemoDatabase.h"
 #include "platform/db/Database.h"
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -98,6 +99,24 @@ static void runScript(db::Database& database, const QString& scriptName, const Q
     flush();
 }
 
+QString schemaFingerprint() {
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    for (const QString& name : scriptNames()) {
+        hash.addData(QFileInfo(name).fileName().toUtf8());
+        hash.addData(readScript(name).toUtf8());
+    }
+    return QString::fromLatin1(hash.result().toHex());
+}
+
+static QString stampPath(const QString& path) {
+    return path + QStringLiteral(".schema");
+}
+
+static void writeStamp(const QString& path) {
+    QFile f(stampPath(path));
+    if (f.open(QIODevice::WriteOnly | QIODevice::Truncate)) f.write(schemaFingerprint().toLatin1());
+}
+
 void createDemoDatabase(const QString& path) {
     const QFileInfo target(path);
     const QString dir = target.absolutePath();
@@ -137,10 +156,24 @@ void createDemoDatabase(const QString& path) {
         QFile::remove(tempPath);
         throw db::Error::configuration(QStringLiteral("Cannot rename %1 to %2").arg(tempPath, finalPath));
     }
+    writeStamp(finalPath);
 }
 
-bool ensureDemoDatabase(const QString& path) {
-    if (QFileInfo::exists(path)) return false;
+bool ensureDemoDatabase(const QString& path, QString* keptPrevious) {
+    if (keptPrevious) keptPrevious->clear();
+    if (QFileInfo::exists(path)) {
+        QFile stamp(stampPath(path));
+        if (stamp.open(QIODevice::ReadOnly) && QString::fromLatin1(stamp.readAll()) == schemaFingerprint())
+            return false;
+        // Made from other scripts: the frames may name objects it lacks. The old file is kept
+        // beside the new one rather than thrown away.
+        const QString previous = path + QStringLiteral(".previous");
+        QFile::remove(previous);
+        if (!QFile::rename(path, previous))
+            throw db::Error::configuration(
+                QStringLiteral("Cannot move the old demo database %1 aside").arg(path));
+        if (keptPrevious) *keptPrevious = previous;
+    }
     createDemoDatabase(path);
     return true;
 }

@@ -102,7 +102,7 @@ TEST_F(SchemaTest, CardsReferToReferencesAndNumberThemselves) {
     EXPECT_THROW(exec("insert into CARD (NAME, ALGORITM) values ('x', 999)"), db::Error);
 }
 
-TEST(DemoDatabaseBuild, ReplacesAFileAndLeavesNothingBehind) {
+TEST(DemoDatabaseBuild, ReplacesAFileAndRebuildsOneMadeFromOtherScripts) {
     QTemporaryDir dir;
     ASSERT_TRUE(dir.isValid());
     const QString path = dir.filePath("sub/demo.fdb");
@@ -112,20 +112,39 @@ TEST(DemoDatabaseBuild, ReplacesAFileAndLeavesNothingBehind) {
         ASSERT_TRUE(junk.open(QIODevice::WriteOnly));
         junk.write("not a database");
     }
-    EXPECT_FALSE(schema::ensureDemoDatabase(path)); // present: left alone
-    schema::createDemoDatabase(path);               // replaced
-    EXPECT_EQ(QDir(dir.filePath("sub")).entryList(QDir::Files | QDir::Hidden), QStringList{"demo.fdb"});
-    db::Database database;
-    database.open(path);
-    db::Transaction tr(&database, db::TransactionOptions::read());
-    db::Query q(&database, &tr);
-    q.setSql("select count(*) from CARD");
-    q.open();
-    ASSERT_TRUE(q.next());
-    EXPECT_EQ(q.value(0).toInt(), 30);
-    q.close();
-    tr.commit();
-    database.close();
+    schema::createDemoDatabase(path); // replaced, with the scripts' fingerprint beside it
+    EXPECT_EQ(QDir(dir.filePath("sub")).entryList(QDir::Files | QDir::Hidden),
+              (QStringList{"demo.fdb", "demo.fdb.schema"}));
+    auto cards = [&] {
+        db::Database database;
+        database.open(path);
+        db::Transaction tr(&database, db::TransactionOptions::read());
+        db::Query q(&database, &tr);
+        q.setSql("select count(*) from CARD");
+        q.open();
+        const int n = q.next() ? q.value(0).toInt() : -1;
+        q.close();
+        tr.commit();
+        database.close();
+        return n;
+    };
+    EXPECT_EQ(cards(), 30);
+
+    QString previous;
+    EXPECT_FALSE(schema::ensureDemoDatabase(path, &previous)); // made from these scripts: kept
+    EXPECT_TRUE(previous.isEmpty());
+
+    // A database made from other scripts is rebuilt, and the old file stays beside it.
+    {
+        QFile stamp(path + ".schema");
+        ASSERT_TRUE(stamp.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        stamp.write("older scripts");
+    }
+    EXPECT_TRUE(schema::ensureDemoDatabase(path, &previous));
+    EXPECT_EQ(previous, path + ".previous");
+    EXPECT_TRUE(QFile::exists(previous));
+    EXPECT_EQ(cards(), 30);
+    EXPECT_FALSE(schema::ensureDemoDatabase(path));
 }
 
 } // namespace
