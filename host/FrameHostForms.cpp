@@ -2,6 +2,7 @@
 #include "frames/core/AbsEditFrame.h"
 #include "frames/core/ConfigItem.h"
 #include "frames/core/Guard.h"
+#include "frames/core/Host.h"
 #include "frames/core/Registry.h"
 #include "frames/lookup/LF_Abs.h"
 #include "host/HostImpl.h"
@@ -13,14 +14,22 @@
 #include "platform/widgets/DBGrid.h"
 #include "platform/widgets/LookupCombo.h"
 #include <QDialogButtonBox>
+#include <QFile>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
 #include <memory>
 #include <stdexcept>
+
+// Q_INIT_RESOURCE declares the resource's function: outside our namespace.
+static void initFrameParamResources() {
+    Q_INIT_RESOURCE(workbench_resources);
+}
 
 namespace workbench {
 
@@ -47,6 +56,26 @@ QObject* valueTarget(QObject* frame, const EditorSlot& s, QByteArray& property) 
 }
 
 } // namespace
+
+void applyFrameParams(frames::TAbsEditFrame* frame) {
+    static const QJsonObject table = [] {
+        initFrameParamResources();
+        QFile f(QStringLiteral(":/workbench/frame_params.json"));
+        if (!f.open(QIODevice::ReadOnly)) throw std::runtime_error("frame_params.json is missing");
+        return QJsonDocument::fromJson(f.readAll()).object().value(QStringLiteral("frames")).toObject();
+    }();
+    auto* lf = qobject_cast<frames::TAbs_LF*>(frame);
+    const QJsonObject params =
+        table.value(QString::fromLatin1(frame->metaObject()->className()).section(QStringLiteral("::"), -1))
+            .toObject();
+    if (!lf || params.isEmpty()) return;
+    for (auto it = params.begin(); it != params.end(); ++it) {
+        db::Param* p = lf->pFIBDataSet1->findParam(it.key());
+        if (!p) continue;
+        const QVariant v = it.value().toVariant();
+        p->setValue(v.toString() == QLatin1String("today") ? QVariant(frames::host()->Today()) : v);
+    }
+}
 
 // ---- RecordListForm
 
@@ -126,10 +155,13 @@ RecordListForm* RecordListForm::forLookup(HostImpl* host, const QString& classNa
     std::unique_ptr<frames::TAbsEditFrame> probe(frames::Registry::instance().create(className, &scratch));
     auto* lf = qobject_cast<frames::TAbs_LF*>(probe.get());
     if (!lf) throw std::runtime_error(className.toStdString() + " is not a lookup frame");
+    applyFrameParams(lf);
     lf->Init();
     const QString keyField = lf->lcSelect->lookupField();
-    const QString field = lf->lcSelect->dataField().isEmpty() ? keyField : lf->lcSelect->dataField();
-    if (field.isEmpty()) throw std::runtime_error(className.toStdString() + " names no key field");
+    // A frame that names no field of its own (its value is a code it lists itself) edits a text
+    // column of the record.
+    QString field = lf->lcSelect->dataField().isEmpty() ? keyField : lf->lcSelect->dataField();
+    if (field.isEmpty()) field = QStringLiteral("VALUE");
 
     auto* records = new db::MemTable;
     db::DataSet* list = lf->pFIBDataSet1;
@@ -138,7 +170,8 @@ RecordListForm* RecordListForm::forLookup(HostImpl* host, const QString& classNa
     if (key)
         records->addFieldDef(field, key->dataType(), key->size(), key->scale());
     else
-        records->addFieldDef(field, db::FieldType::Integer);
+        records->addFieldDef(field, keyField.isEmpty() ? db::FieldType::VarChar : db::FieldType::Integer,
+                             100);
     records->addFieldDef(QStringLiteral("SHOWN"), db::FieldType::VarChar, 200);
     records->open();
     int n = 0;
@@ -252,6 +285,7 @@ void FrameEditDialog::prepare() {
         slotOf_.push_back(&s);
         grid->addWidget(f, i / columns, i % columns, Qt::AlignTop);
         if (!s.description.isEmpty()) frames::FormLoader::applyDescription(f, s.description, s.className);
+        applyFrameParams(f);
         f->Init();
         f->RestoreLayout(layoutNode(s.frameName()));
         if (!s.valueProperty.isEmpty()) {

@@ -42,6 +42,10 @@ struct EditorSlot {
     QString frameName() const { return name.isEmpty() ? className : name; }
 };
 
+// Gives a frame the list parameters the workbench keeps for its class (frame_params.json), as a
+// host form sets them before Init. Frames without such parameters are left alone.
+void applyFrameParams(frames::TAbsEditFrame* frame);
+
 // A list form over the records of any dataset, with an edit dialog that shows frames bound to
 // the current record through the owner chain, as the system's own list forms host them. The
 // frame browser opens one for the frame it shows; the payment documents are one over a table.

@@ -226,18 +226,25 @@ TEST_F(WorkbenchForms, EditDialogReportsAFailedPostAndStaysInEdit) {
 
 TEST_F(WorkbenchForms, FrameBrowserShowsFramesFreeStanding) {
     workbench::MainWindow window(wb.get(), &Registry::instance());
+    const qsizetype messagesBefore = wb->loggedMessages().size();
     for (const QString& cls : Registry::instance().classNames("lookup")) {
         TAbsEditFrame* f = window.showFrame(cls);
         if (cls == "TAbs_LF") continue; // the base has no statement of its own
         ASSERT_NE(f, nullptr) << cls.toStdString();
         EXPECT_EQ(window.currentFrame(), f);
         EXPECT_EQ(f->Owner(), nullptr) << cls.toStdString(); // nothing to bind to
-        if (auto* lf = qobject_cast<TAbs_LF*>(f)) {
-            EXPECT_EQ(lf->lcSelect->dataSource(), nullptr);
-            EXPECT_TRUE(lf->pFIBDataSet1->active());
-            EXPECT_GT(lf->pFIBDataSet1->recordCount(), 1) << cls.toStdString(); // the whole list
-        }
+        auto* lf = qobject_cast<TAbs_LF*>(f);
+        ASSERT_NE(lf, nullptr) << cls.toStdString();
+        EXPECT_EQ(lf->lcSelect->dataSource(), nullptr);
+        // Every list shows rows, given the parameters the workbench keeps for frames without a
+        // setter; a few lists wait for a context by design (a chosen branch, a classifier type,
+        // a card's article) and frames with lists of their own have no statement.
+        static const QStringList waiting = {"TClassif_LF", "TAClassifFull_LF", "TComplectHeader_LF"};
+        if (lf->pFIBDataSet1->selectSql().trimmed().isEmpty() || waiting.contains(cls)) continue;
+        EXPECT_TRUE(lf->pFIBDataSet1->active()) << cls.toStdString();
+        EXPECT_GT(lf->pFIBDataSet1->recordCount(), 0) << cls.toStdString();
     }
+    EXPECT_EQ(wb->loggedMessages().mid(messagesBefore), QStringList()); // no error on the way
     EXPECT_EQ(window.showFrame("TNoSuch_LF"), nullptr);
     EXPECT_EQ(window.currentFrame(), nullptr);
     EXPECT_TRUE(wb->loggedMessages().last().contains("TNoSuch_LF"));
