@@ -2,6 +2,7 @@
 #include "frames/core/Guard.h"
 #include "frames/core/RunParams.h"
 #include "host/ClassifForm.h"
+#include "host/CurHistoryForm.h"
 #include "host/GridTools.h"
 #include "platform/db/Database.h"
 #include "platform/db/Query.h"
@@ -63,6 +64,7 @@ std::vector<HostModule>& moduleTable() {
              form.open();
              return form.exec();
          }},
+        curHistoryModule(),
     };
     return modules;
 }
