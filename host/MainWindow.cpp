@@ -4,6 +4,8 @@
 #include "frames/core/Guard.h"
 #include "frames/core/Registry.h"
 #include "host/CardForms.h"
+#include "host/DocumentForms.h"
+#include "host/FilterPanel.h"
 #include "host/HostImpl.h"
 #include "host/ReferenceForms.h"
 #include "platform/db/Database.h"
@@ -76,12 +78,21 @@ MainWindow::MainWindow(HostImpl* host, frames::Registry* registry, QWidget* pare
         forms->addAction(def.caption + QStringLiteral(" (") + name + QStringLiteral(")…"), this,
                          [this, name] { openReferenceForm(name); });
     }
+    QMenu* docs = menuBar()->addMenu(QStringLiteral("&Документы"));
+    QAction* documents =
+        docs->addAction(QStringLiteral("&Платёжные документы…"), this, [this] { openDocumentList(); });
+    documents->setObjectName(QStringLiteral("actDocuments"));
+    QAction* filters =
+        docs->addAction(QStringLiteral("Панель &фильтров…"), this, [this] { openFilterPanel(); });
+    filters->setObjectName(QStringLiteral("actFilterPanel"));
     QToolBar* tb = addToolBar(QStringLiteral("Главная"));
     tb->setObjectName(QStringLiteral("tbMain"));
     tb->addAction(cards);
+    tb->addAction(documents);
+    tb->addAction(filters);
 
     connect(btBound_, &QPushButton::clicked, this, [this] {
-        if (frame_) openOnEditDialog(frame_->objectName());
+        if (frame_) openHostOfFrame(frame_->objectName());
     });
     connect(tree_, &QTreeWidget::currentItemChanged, this,
             [this](QTreeWidgetItem* item) { itemChosen(item); });
@@ -130,7 +141,7 @@ frames::TAbsEditFrame* MainWindow::showFrame(const QString& className) {
         made = nullptr;
     }
     frame_ = made;
-    btBound_->setVisible(made && registry_->find(className)->family == QLatin1String("lookup"));
+    btBound_->setVisible(made && hasHostForm(className));
     info_->setText(made ? QStringLiteral("%1 (%2)").arg(className, registry_->find(className)->family)
                         : QStringLiteral("%1: фрейм не создан (см. сообщение об ошибке)").arg(className));
     return made;
@@ -162,6 +173,61 @@ RecordListForm* MainWindow::openOnEditDialog(const QString& className) {
     return form;
 }
 
+bool MainWindow::hasHostForm(const QString& className) const {
+    const frames::FrameClass* c = registry_->find(className);
+    if (!c) return false;
+    if (c->family == QLatin1String("lookup")) return true;
+    return c->family == QLatin1String("edit") && (editsDocuments(className) || findDocumentFilter(className));
+}
+
+void MainWindow::openHostOfFrame(const QString& className) {
+    const frames::FrameClass* c = registry_->find(className);
+    if (!c) return;
+    if (c->family == QLatin1String("lookup"))
+        openOnEditDialog(className);
+    else if (findDocumentFilter(className))
+        openFilterPanel(className);
+    else if (editsDocuments(className))
+        openDocumentList(className);
+}
+
+RecordListForm* MainWindow::openDocumentList(const QString& focusClass) {
+    QString focus;
+    for (const EditorSlot& s : documentEditors())
+        if (s.className == focusClass) {
+            focus = s.frameName();
+            break;
+        }
+    if (!documentList_) {
+        RecordListForm* form = nullptr;
+        if (!frames::guard([&] { form = makeDocumentList(host_, this); })) return nullptr;
+        form->setAttribute(Qt::WA_DeleteOnClose);
+        documentList_ = form;
+    }
+    documentList_->focusEditor = focus;
+    documentList_->show();
+    documentList_->raise();
+    documentList_->activateWindow();
+    return documentList_;
+}
+
+FilterPanelForm* MainWindow::openFilterPanel(const QString& focusClass) {
+    if (!filterPanel_) {
+        auto* form = new FilterPanelForm(host_, this);
+        form->setAttribute(Qt::WA_DeleteOnClose);
+        if (!frames::guard([&] { form->prepare(); })) {
+            delete form;
+            return nullptr;
+        }
+        filterPanel_ = form;
+    }
+    filterPanel_->show();
+    filterPanel_->raise();
+    filterPanel_->activateWindow();
+    if (!focusClass.isEmpty()) filterPanel_->focusFilter(focusClass);
+    return filterPanel_;
+}
+
 void MainWindow::openReferenceForm(const QString& formName) {
     frames::guard([&] {
         frames::TRunParams params;
@@ -174,6 +240,8 @@ void MainWindow::openReferenceForm(const QString& formName) {
 void MainWindow::closeEvent(QCloseEvent* e) {
     if (cardList_) cardList_->close();
     if (recordList_) recordList_->close();
+    if (documentList_) documentList_->close();
+    if (filterPanel_) filterPanel_->close();
     closeFrame();
     host_->saveLayout();
     QMainWindow::closeEvent(e);

@@ -1,6 +1,7 @@
 #pragma once
 #include "frames/core/AbsEditFrame.h"
 #include "host/CardForms.h"
+#include "host/FilterPanel.h"
 #include "host/FrameHostForms.h"
 #include <QMainWindow>
 #include <QPointer>
@@ -20,8 +21,8 @@ namespace workbench {
 class HostImpl;
 
 // The workbench's main window: the frame browser (registered classes by family on the left, the
-// chosen frame free-standing on the right) and the entry to the card list form and the reference
-// forms.
+// chosen frame free-standing on the right) and the entry to the card list form, the payment
+// documents with their edit dialog of value editors, the filter panel and the reference forms.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
@@ -35,6 +36,15 @@ public:
     void openCardList();
     // Opens a list form of records for a lookup frame, whose edit dialog shows the frame bound.
     RecordListForm* openOnEditDialog(const QString& className);
+    // The payment documents; their edit dialog gives the focus to the frame of that class first.
+    RecordListForm* openDocumentList(const QString& focusClass = {});
+    // The filter panel, with the frame of that class in view.
+    FilterPanelForm* openFilterPanel(const QString& focusClass = {});
+    // What "На форме редактирования…" opens for the frame shown: the record list of a lookup,
+    // the documents for a value editor, the filter panel for a filter; nothing for the others.
+    void openHostOfFrame(const QString& className);
+    // Whether the frame browser offers a host form for that class.
+    bool hasHostForm(const QString& className) const;
     void openReferenceForm(const QString& formName);
 
 protected:
@@ -54,6 +64,8 @@ private:
     QPointer<frames::TAbsEditFrame> frame_;
     QPointer<CardListForm> cardList_;
     QPointer<RecordListForm> recordList_;
+    QPointer<RecordListForm> documentList_;
+    QPointer<FilterPanelForm> filterPanel_;
 };
 
 } // namespace workbench

@@ -2,7 +2,14 @@
 #include "frames/core/AbsEditFrame.h"
 #include "frames/core/Guard.h"
 #include "frames/core/Registry.h"
+#include "frames/core/RunParams.h"
+#include "frames/edit/EF_PeriodExt.h"
+#include "frames/edit/EF_SetDate.h"
+#include "frames/edit/EF_SetDouble.h"
 #include "host/CardForms.h"
+#include "host/CurHistoryForm.h"
+#include "host/DocumentForms.h"
+#include "host/FilterPanel.h"
 #include "host/FrameHostForms.h"
 #include "host/HostImpl.h"
 #include "host/MainWindow.h"
@@ -218,6 +225,81 @@ int writeScreenshots(HostImpl& host, const frames::Registry& registry, const QSt
         }
         shots.push_back(listShot);
         shots.push_back(dlgShot);
+    }
+
+    // The payment documents, the edit dialog of one with every value editor on its column, the
+    // rate history the rate editor opens, and the filter panel with a few conditions set.
+    {
+        Shot listShot{QStringLiteral("DocumentListForm"), QStringLiteral("host forms"), {}, {}};
+        Shot dlgShot{QStringLiteral("DocumentEditDialog"), QStringLiteral("host forms"), {}, {}};
+        try {
+            std::unique_ptr<RecordListForm> list(makeDocumentList(&host));
+            // A document in dollars that fills every column.
+            if (!list->records()->locate(QStringLiteral("DOC_NUMBER"), QStringLiteral("ПП-000110")))
+                list->records()->first();
+            list->show();
+            if (savePicture(list.get(), dir, listShot.name, listShot)) ++written;
+            FrameEditDialog dlg(&host, list.get());
+            dlg.prepare();
+            dlg.show();
+            if (savePicture(&dlg, dir, dlgShot.name, dlgShot)) ++written;
+            dlg.reject();
+        } catch (...) {
+            (listShot.file.isEmpty() ? listShot : dlgShot).error =
+                frames::errorText(std::current_exception());
+        }
+        shots.push_back(listShot);
+        shots.push_back(dlgShot);
+    }
+    {
+        Shot shot{QString::fromLatin1(CurHistoryForm::FormName), QStringLiteral("host forms"), {}, {}};
+        try {
+            frames::TRunParams params;
+            params.EnsureParams().ByName(QStringLiteral("CurType")).Value = QStringLiteral("2");
+            params.EnsureParams().ByName(QStringLiteral("Date")).Value = QStringLiteral("15.03.2024");
+            CurHistoryForm form(host.RvDatabase(), host.pfReadTransaction(), params);
+            form.open();
+            form.show();
+            if (savePicture(&form, dir, shot.name, shot)) ++written;
+        } catch (...) {
+            shot.error = frames::errorText(std::current_exception());
+        }
+        shots.push_back(shot);
+    }
+    {
+        Shot shot{QStringLiteral("FilterPanel"), QStringLiteral("host forms"), {}, {}};
+        try {
+            FilterPanelForm panel(&host);
+            // Its own layout node: the conditions set here are not the user's.
+            panel.setObjectName(QStringLiteral("FilterPanelScreenshot"));
+            panel.prepare();
+            for (const auto& f : panel.filters()) frames::guard([&] { f.frame->Clear(); });
+            if (auto* dates =
+                    qobject_cast<frames::TSetDate_EF*>(panel.frame(QStringLiteral("TSetDate_EF")))) {
+                dates->deFromDate->setDate(QDate(2024, 3, 1));
+                dates->deToDate->setDate(QDate(2024, 3, 31));
+                dates->SetChecked(true);
+            }
+            if (auto* sums =
+                    qobject_cast<frames::TSetDouble_EF*>(panel.frame(QStringLiteral("TSetDouble_EF")))) {
+                sums->ceFromSumma->SetAsFloat(1000);
+                sums->ceToSumma->SetAsFloat(100000);
+                sums->SetChecked(true);
+            }
+            if (auto* period =
+                    qobject_cast<frames::TPeriodExt_EF*>(panel.frame(QStringLiteral("TPeriodExt_EF")))) {
+                period->deFirstDate->setDate(QDate(2024, 2, 1));
+                period->deLastDate->setDate(QDate(2024, 4, 30));
+            }
+            panel.updateResults();
+            panel.runQuery();
+            panel.show();
+            if (savePicture(&panel, dir, shot.name, shot)) ++written;
+            panel.reject();
+        } catch (...) {
+            shot.error = frames::errorText(std::current_exception());
+        }
+        shots.push_back(shot);
     }
 
     // The reference forms of the module runner.

@@ -1,0 +1,242 @@
+#include "host/DocumentForms.h"
+#include "host/HostImpl.h"
+#include "platform/db/DataSet.h"
+#include "platform/db/Query.h"
+#include "platform/db/Transaction.h"
+#include "platform/widgets/DBGrid.h"
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QLabel>
+#include <memory>
+#include <stdexcept>
+#include <tuple>
+
+namespace workbench {
+
+namespace db = frames::db;
+
+namespace {
+
+// Which frame edits which column of a document, and how it is pointed at it: "components" and
+// "properties" form the description applied to the frame before Init; "value" names the
+// property through which a frame that keeps its own value gets the column's; "name" tells two
+// frames of one class apart.
+const char* const kEditors = R"([
+  { "class": "TDBEdit_Frame", "column": "DOC_NUMBER",
+    "components": { "lbSelect": { "text": "Номер документа" }, "DBEdit": { "DataField": "DOC_NUMBER" } } },
+  { "class": "TDBDateEdit_Frame", "column": "DOC_DATE",
+    "components": { "lbSelect": { "text": "Дата документа" }, "DBDateEdit1": { "DataField": "DOC_DATE" } } },
+  { "class": "TDBTimeEdit_Frame", "column": "DOC_TIME",
+    "components": { "DBTimeEdit": { "DataField": "DOC_TIME" } } },
+  { "class": "TDBDateTimeEdit_Frame", "column": "CREATED",
+    "components": { "lbSelect": { "text": "Создан" }, "DBDateTimeEdit": { "DataField": "CREATED" } } },
+  { "class": "TNewMonth_EF", "column": "DOC_MONTH", "value": "DateTimePicker.Date",
+    "components": { "lbSelect": { "text": "Отчётный месяц" } } },
+  { "class": "TDBComboBox_Frame", "column": "STATUS",
+    "components": { "lbSelect": { "text": "Состояние" },
+                    "DBComboBox": { "DataField": "STATUS", "Items": ["Черновик", "Проведён", "Отменён"] } } },
+  { "class": "TCalcEdit_Frame", "column": "AMOUNT",
+    "components": { "lbSelect": { "text": "Сумма" }, "DBCalcEdit": { "DataField": "AMOUNT" } } },
+  { "class": "TCalcEdit_Frame", "name": "TCalcEdit_Frame_QUANTITY", "column": "QUANTITY",
+    "components": { "lbSelect": { "text": "Количество" }, "DBCalcEdit": { "DataField": "QUANTITY" } } },
+  { "class": "TCursType_LF", "column": "CUR_TYPE" },
+  { "class": "TCursFrame_CE", "column": "CURS", "properties": { "CurTypeField": "CUR_TYPE" } },
+  { "class": "TPartner_EF", "column": "LINK_TO_CLIENT" },
+  { "class": "TEditEmail_Frame", "column": "EMAIL" },
+  { "class": "TEditSite_Frame", "column": "SITE" },
+  { "class": "TArticul_EF", "column": "ARTICUL" },
+  { "class": "TPaymentKind_EF", "column": "PAYMENT_KIND" },
+  { "class": "TDocIndex_EF", "column": "DOC_INDEX" },
+  { "class": "TPriceType_EF", "column": "PRICE_TYPE" },
+  { "class": "TCheckBoxEdit_Frame", "column": "IS_CHECKED",
+    "components": { "CheckBox": { "DataField": "IS_CHECKED", "text": "Проверен бухгалтерией" } } },
+  { "class": "TIntCheckBoxEdit_Frame", "column": "IS_PAID",
+    "components": { "CheckBox": { "DataField": "IS_PAID", "text": "Оплачен" } } },
+  { "class": "TMemoEdit_Frame", "column": "NOTE",
+    "components": { "Memo": { "DataField": "NOTE" } } },
+  { "class": "TRichEdit_Frame", "column": "DESCRIPTION",
+    "components": { "RichEdit": { "DataField": "DESCRIPTION" } } }
+])";
+
+// The filter panel's frames and the columns they filter.
+const char* const kFilters = R"([
+  { "class": "TSetDate_EF", "column": "DOC_DATE",
+    "components": { "GroupBox": { "title": " Дата документа " } } },
+  { "class": "TSetPeriod_EF", "column": "CREATED",
+    "components": { "GroupBox": { "title": " Создан " } } },
+  { "class": "TSetDouble_EF", "column": "AMOUNT",
+    "components": { "GroupBox": { "title": " Сумма " } } },
+  { "class": "TPeriodExt_EF", "column": "DOC_DATE" },
+  { "class": "TPeriod_EF", "column": "DOC_DATE" },
+  { "class": "TPeriodFix_EF", "column": "CREATED" },
+  { "class": "TCRMPeriodFix_EF", "column": "DOC_DATE" }
+])";
+
+QJsonArray parsed(const char* text, const char* what) {
+    QJsonParseError err;
+    const QJsonDocument doc = QJsonDocument::fromJson(QByteArray(text), &err);
+    if (!doc.isArray()) throw std::logic_error(std::string(what) + ": " + err.errorString().toStdString());
+    return doc.array();
+}
+
+QJsonObject descriptionOf(const QJsonObject& entry) {
+    QJsonObject d;
+    if (entry.contains(QStringLiteral("properties")))
+        d.insert(QStringLiteral("properties"), entry.value(QStringLiteral("properties")));
+    if (entry.contains(QStringLiteral("components")))
+        d.insert(QStringLiteral("components"), entry.value(QStringLiteral("components")));
+    return d;
+}
+
+const char* const kSelect =
+    "select d.ID_PAYMENT_DOC, d.DOC_NUMBER, d.DOC_DATE, d.DOC_TIME, d.CREATED, d.DOC_MONTH, d.STATUS,\n"
+    "       d.AMOUNT, d.QUANTITY, d.CUR_TYPE, d.CURS, cast(d.AMOUNT * d.CURS as numeric(18,2)) as "
+    "AMOUNT_RUB,\n"
+    "       d.EMAIL, d.SITE, d.NOTE, d.DESCRIPTION, d.ARTICUL, d.PAYMENT_KIND, d.DOC_INDEX, d.PRICE_TYPE,\n"
+    "       d.LINK_TO_CLIENT, d.IS_CHECKED, d.IS_PAID, cu.SHORT_NAME as CUR_NAME, c.NAME_CLIENTS\n"
+    "from PAYMENT_DOC d\n"
+    "  left join CUR_TYPE cu on cu.ID_CUR_TYPE = d.CUR_TYPE\n"
+    "  left join CLIENTS c on c.ID_CLIENTS = d.LINK_TO_CLIENT\n";
+
+// The columns a document's edit writes back.
+const char* const kEditable[] = {
+    "DOC_NUMBER", "DOC_DATE",     "DOC_TIME",  "CREATED",    "DOC_MONTH",      "STATUS",     "AMOUNT",
+    "QUANTITY",   "CUR_TYPE",     "CURS",      "EMAIL",      "SITE",           "NOTE",       "DESCRIPTION",
+    "ARTICUL",    "PAYMENT_KIND", "DOC_INDEX", "PRICE_TYPE", "LINK_TO_CLIENT", "IS_CHECKED", "IS_PAID"};
+
+QString updateSql() {
+    QStringList sets;
+    for (const char* c : kEditable) sets << QStringLiteral("%1 = :%1").arg(QLatin1String(c));
+    return QStringLiteral("update PAYMENT_DOC set ") + sets.join(QStringLiteral(", ")) +
+           QStringLiteral("\nwhere ID_PAYMENT_DOC = :old_ID_PAYMENT_DOC");
+}
+
+QString insertSql() {
+    QStringList names{QStringLiteral("ID_PAYMENT_DOC")}, values{QStringLiteral(":ID_PAYMENT_DOC")};
+    for (const char* c : kEditable) {
+        names << QLatin1String(c);
+        values << QLatin1Char(':') + QLatin1String(c);
+    }
+    return QStringLiteral("insert into PAYMENT_DOC (%1)\nvalues (%2)")
+        .arg(names.join(QStringLiteral(", ")), values.join(QStringLiteral(", ")));
+}
+
+} // namespace
+
+const QList<EditorSlot>& documentEditors() {
+    static const QList<EditorSlot> editors = [] {
+        QList<EditorSlot> out;
+        for (const QJsonValue& v : parsed(kEditors, "document editors")) {
+            const QJsonObject e = v.toObject();
+            out.append(EditorSlot{e.value(QStringLiteral("class")).toString(),
+                                  e.value(QStringLiteral("column")).toString(), descriptionOf(e),
+                                  e.value(QStringLiteral("value")).toString(),
+                                  e.value(QStringLiteral("name")).toString()});
+        }
+        return out;
+    }();
+    return editors;
+}
+
+bool editsDocuments(const QString& className) {
+    for (const EditorSlot& s : documentEditors())
+        if (s.className == className) return true;
+    return false;
+}
+
+const QList<DocumentFilter>& documentFilters() {
+    static const QList<DocumentFilter> filters = [] {
+        QList<DocumentFilter> out;
+        for (const QJsonValue& v : parsed(kFilters, "document filters")) {
+            const QJsonObject e = v.toObject();
+            out.append(DocumentFilter{e.value(QStringLiteral("class")).toString(),
+                                      e.value(QStringLiteral("column")).toString(), descriptionOf(e)});
+        }
+        return out;
+    }();
+    return filters;
+}
+
+const DocumentFilter* findDocumentFilter(const QString& className) {
+    for (const DocumentFilter& f : documentFilters())
+        if (f.className == className) return &f;
+    return nullptr;
+}
+
+RecordListForm* makeDocumentList(HostImpl* host, QWidget* parent) {
+    auto* docs = new db::DataSet(host->RvDatabase(), host->pfReadTransaction());
+    docs->setObjectName(QStringLiteral("pFIBDataSet1"));
+    docs->setSelectSql(QString::fromUtf8(kSelect) + QStringLiteral("order by d.DOC_DATE, d.DOC_NUMBER"));
+    docs->setRefreshSql(QString::fromUtf8(kSelect) +
+                        QStringLiteral("where d.ID_PAYMENT_DOC = :ID_PAYMENT_DOC"));
+    docs->setUpdateSql(updateSql());
+    docs->setInsertSql(insertSql());
+    // The number editors take their display format from the kind of the amount (Tag): amounts
+    // in the document's currency and rates 2, amounts in roubles 1, quantities 0.
+    docs->afterOpen.connect([](db::AbstractDataSet& ds) {
+        ds.fieldByName(QStringLiteral("AMOUNT"))->tag = 2;
+        ds.fieldByName(QStringLiteral("CURS"))->tag = 2;
+        ds.fieldByName(QStringLiteral("AMOUNT_RUB"))->tag = 1;
+    });
+
+    auto owned = std::make_unique<RecordListForm>(host, docs, documentEditors(), parent);
+    RecordListForm* form = owned.get();
+    form->setObjectName(QStringLiteral("DocumentListForm"));
+    form->setWindowTitle(QStringLiteral("Платёжные документы"));
+    form->editorColumns = 2;
+    form->resize(1100, 520);
+    if (auto* hint = form->findChild<QLabel*>(QStringLiteral("lbHint")))
+        hint->setText(QStringLiteral("Двойной щелчок или «Изменить…» открывает документ на форме "
+                                     "редактирования: каждый редактор на ней привязан к своей колонке."));
+    auto* writeTr = new db::Transaction(host->RvDatabase(), db::TransactionOptions::writeNoWait(), form);
+    form->setWriteTransaction(writeTr);
+
+    docs->onNewRecord.connect([host, writeTr](db::AbstractDataSet& ds) {
+        // A new document takes its number from the generator at once, so that the row can be
+        // read again after it was posted.
+        writeTr->ensureStarted();
+        db::Query q(host->RvDatabase(), writeTr);
+        q.setSql(QStringLiteral("select gen_id(GEN_PAYMENT_DOC_ID, 1) from rdb$database"));
+        q.open();
+        const int id = q.next() ? q.value(0).toInt() : 0;
+        q.close();
+        const QDateTime now = host->Now();
+        ds.fieldByName(QStringLiteral("ID_PAYMENT_DOC"))->setValue(id);
+        ds.fieldByName(QStringLiteral("DOC_NUMBER"))
+            ->setValue(QStringLiteral("ПП-%1").arg(id, 6, 10, QLatin1Char('0')));
+        ds.fieldByName(QStringLiteral("DOC_DATE"))->setValue(now.date());
+        ds.fieldByName(QStringLiteral("DOC_TIME"))->setValue(QTime(now.time().hour(), now.time().minute()));
+        ds.fieldByName(QStringLiteral("CREATED"))->setValue(now);
+        ds.fieldByName(QStringLiteral("DOC_MONTH"))
+            ->setValue(QDate(now.date().year(), now.date().month(), 1));
+        ds.fieldByName(QStringLiteral("STATUS"))->setValue(QStringLiteral("Черновик"));
+        ds.fieldByName(QStringLiteral("CUR_TYPE"))->setValue(1);
+        ds.fieldByName(QStringLiteral("CURS"))->setValue(1.0);
+        ds.fieldByName(QStringLiteral("IS_CHECKED"))->setValue(QStringLiteral("F"));
+        ds.fieldByName(QStringLiteral("IS_PAID"))->setValue(0);
+    });
+
+    docs->open();
+    frames::ui::DBGrid* grid = form->grid();
+    const std::initializer_list<std::tuple<const char*, QString, int>> columns = {
+        {"DOC_NUMBER", QStringLiteral("Номер"), 90},        {"DOC_DATE", QStringLiteral("Дата"), 80},
+        {"DOC_TIME", QStringLiteral("Время"), 70},          {"STATUS", QStringLiteral("Состояние"), 80},
+        {"NAME_CLIENTS", QStringLiteral("Клиент"), 220},    {"AMOUNT", QStringLiteral("Сумма"), 100},
+        {"CUR_NAME", QStringLiteral("Валюта"), 60},         {"CURS", QStringLiteral("Курс"), 70},
+        {"AMOUNT_RUB", QStringLiteral("Сумма, руб."), 110}, {"QUANTITY", QStringLiteral("Кол-во"), 70},
+        {"PAYMENT_KIND", QStringLiteral("Вид оплаты"), 80}, {"DOC_MONTH", QStringLiteral("Месяц"), 80},
+    };
+    QStringList fields;
+    QVariantMap captions;
+    for (const auto& [field, caption, width] : columns) {
+        fields << QLatin1String(field);
+        captions.insert(QLatin1String(field), caption);
+    }
+    grid->setColumns(fields);
+    grid->setCaptions(captions);
+    for (const auto& [field, caption, width] : columns)
+        grid->setColumnWidth(grid->columnOfField(field), width);
+    return owned.release();
+}
+
+} // namespace workbench

@@ -1,0 +1,34 @@
+#pragma once
+#include "host/FrameHostForms.h"
+#include <QList>
+#include <QString>
+
+class QWidget;
+
+namespace workbench {
+
+class HostImpl;
+
+// The payment documents (table PAYMENT_DOC): the list form whose edit dialog shows every
+// data-bound value editor, each on its column, and the columns the filter panel's frames filter.
+
+// The editors of a document's edit dialog, in the order they are shown.
+const QList<EditorSlot>& documentEditors();
+// Whether the documents' edit dialog shows a frame of that class.
+bool editsDocuments(const QString& className);
+
+// A filter of the filter panel: its frame class, the column of PAYMENT_DOC it filters, and a
+// description applied before Init (the box's caption).
+struct DocumentFilter {
+    QString className;
+    QString column;
+    QJsonObject description;
+};
+const QList<DocumentFilter>& documentFilters();
+const DocumentFilter* findDocumentFilter(const QString& className);
+
+// The list form over the documents, open, with a write transaction of its own: a confirmed edit
+// is posted and committed at once. Throws db::Error.
+RecordListForm* makeDocumentList(HostImpl* host, QWidget* parent = nullptr);
+
+} // namespace workbench

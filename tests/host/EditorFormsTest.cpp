@@ -1,0 +1,487 @@
+// The workbench's forms for the value editors: the payment documents with their edit dialog, the
+// filter panel and the rate history form, against the demo database.
+#include "frames/core/Registry.h"
+#include "frames/core/SetFilter_EF.h"
+#include "frames/edit/CE_Curs.h"
+#include "frames/edit/EF_CalcEdit.h"
+#include "frames/edit/EF_CheckBoxEdit.h"
+#include "frames/edit/EF_DBComboBox.h"
+#include "frames/edit/EF_DBDateEdit.h"
+#include "frames/edit/EF_DBDateTimeEdit.h"
+#include "frames/edit/EF_DBEdit.h"
+#include "frames/edit/EF_DBTimeEdit.h"
+#include "frames/edit/EF_Memo.h"
+#include "frames/edit/EF_Month.h"
+#include "frames/edit/EF_Partner.h"
+#include "frames/edit/EF_Period.h"
+#include "frames/edit/EF_PeriodExt.h"
+#include "frames/edit/EF_PriceType.h"
+#include "frames/edit/EF_RichEdit.h"
+#include "frames/edit/EF_SetDate.h"
+#include "frames/edit/EF_SetDouble.h"
+#include "frames/edit/EF_SetPeriod.h"
+#include "frames/lookup/LF_Abs.h"
+#include "host/CurHistoryForm.h"
+#include "host/DocumentForms.h"
+#include "host/FilterPanel.h"
+#include "host/HostImpl.h"
+#include "host/MainWindow.h"
+#include "platform/db/DataSet.h"
+#include "platform/widgets/CalcEdit.h"
+#include "platform/widgets/DBEdit.h"
+#include "platform/widgets/DBGrid.h"
+#include "platform/widgets/DBTextEdits.h"
+#include "platform/widgets/DateEdit.h"
+#include "platform/widgets/LookupCombo.h"
+#include "platform/widgets/MonthEdit.h"
+#include "platform/widgets/TimeEdit.h"
+#include "tests/support/DbFixture.h"
+#include <QApplication>
+#include <QComboBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <memory>
+
+namespace frames::test {
+namespace {
+
+using workbench::CurHistoryForm;
+using workbench::FilterPanelForm;
+using workbench::FrameEditDialog;
+using workbench::RecordListForm;
+
+class EditorForms : public DbTest {
+protected:
+    void SetUp() override {
+        DbTest::SetUp();
+        workbench::HostImpl::Settings s;
+        s.profileRoot = root.path();
+        s.interactive = false;
+        wb = std::make_unique<workbench::HostImpl>(s);
+        wb->openDatabase(databasePath());
+        setHost(wb.get());
+    }
+    void TearDown() override {
+        setHost(host.get());
+        wb.reset();
+        DbTest::TearDown();
+    }
+    // The document of that number made current in the list.
+    std::unique_ptr<RecordListForm> documents(const QString& number) {
+        std::unique_ptr<RecordListForm> list(workbench::makeDocumentList(wb.get()));
+        EXPECT_TRUE(list->records()->locate("DOC_NUMBER", number)) << number.toStdString();
+        return list;
+    }
+    template <typename T> T* frame(FrameEditDialog& dlg, const QString& name) {
+        auto* f = qobject_cast<T*>(dlg.frame(name));
+        EXPECT_NE(f, nullptr) << name.toStdString();
+        return f;
+    }
+    QVariant column(int id, const QString& name) const {
+        return scalar("select " + name + " from PAYMENT_DOC where ID_PAYMENT_DOC = " + QString::number(id));
+    }
+    int count(const QString& where) const {
+        return scalar("select count(*) from PAYMENT_DOC where " + where).toInt();
+    }
+    bool logged(const QString& text) const {
+        for (const QString& m : wb->loggedMessages())
+            if (m.contains(text)) return true;
+        return false;
+    }
+
+    QTemporaryDir root;
+    std::unique_ptr<workbench::HostImpl> wb;
+};
+
+// Every value editor of the package has a place in the workbench: on the documents' edit dialog,
+// on the filter panel, or it keeps its own value and is shown free-standing only.
+TEST_F(EditorForms, EveryValueEditorHasItsPlace) {
+    const QStringList ownValue = {"TEdit_Frame",      "TComboBox_Frame",       "TEditComboBox_EF",
+                                  "TMultiEdit_Frame", "TMultiEditComboBox_EF", "TCalcEdt_Frame",
+                                  "TDateEdit_Frame",  "TMemo_Frame",           "TCheckBoxEdt_Frame"};
+    QStringList homeless;
+    for (const QString& cls : Registry::instance().classNames("edit")) {
+        QWidget top;
+        std::unique_ptr<TAbsEditFrame> f(Registry::instance().create(cls, &top));
+        const bool filter = qobject_cast<TSetFilter_EF*>(f.get()) != nullptr;
+        if (filter && !workbench::findDocumentFilter(cls)) homeless << cls + " (filter)";
+        if (!filter && !workbench::editsDocuments(cls) && !workbench::findDocumentFilter(cls) &&
+            !ownValue.contains(cls))
+            homeless << cls;
+    }
+    EXPECT_TRUE(homeless.isEmpty()) << homeless.join(", ").toStdString();
+}
+
+TEST_F(EditorForms, EditDialogShowsEveryColumnOfTheDocumentInItsEditor) {
+    auto list = documents("ПП-000110");
+    const int id = list->records()->fieldByName("ID_PAYMENT_DOC")->asInteger();
+    FrameEditDialog dlg(wb.get(), list.get());
+    dlg.prepare();
+    ASSERT_EQ(dlg.frames().size(), size_t(workbench::documentEditors().size()));
+    for (TAbsEditFrame* f : dlg.frames()) EXPECT_EQ(f->Owner(), &dlg) << f->objectName().toStdString();
+
+    // Each data-bound editor edits the list's current record, on its own column.
+    auto* number = frame<TDBEdit_Frame>(dlg, "TDBEdit_Frame");
+    EXPECT_EQ(number->DBEdit->dataSource(), list->CurrentSource());
+    EXPECT_EQ(number->DBEdit->text(), "ПП-000110");
+    EXPECT_EQ(number->Caption(), "Номер документа");
+    auto* date = frame<TDBDateEdit_Frame>(dlg, "TDBDateEdit_Frame");
+    EXPECT_EQ(date->DBDateEdit1->dataSource(), list->CurrentSource());
+    EXPECT_EQ(date->DBDateEdit1->date(), QDate(2024, 3, 15));
+    EXPECT_EQ(frame<TDBTimeEdit_Frame>(dlg, "TDBTimeEdit_Frame")->DBTimeEdit->time(), QTime(10, 30));
+    EXPECT_EQ(frame<TDBDateTimeEdit_Frame>(dlg, "TDBDateTimeEdit_Frame")->DBDateTimeEdit->value(),
+              QDateTime(QDate(2024, 3, 15), QTime(10, 32)));
+    EXPECT_EQ(frame<TNewMonth_EF>(dlg, "TNewMonth_EF")->GetDate(), QDate(2024, 3, 1));
+    EXPECT_EQ(frame<TDBComboBox_Frame>(dlg, "TDBComboBox_Frame")->DBComboBox->currentText(), "Проведён");
+    auto* amount = frame<TCalcEdit_Frame>(dlg, "TCalcEdit_Frame");
+    EXPECT_DOUBLE_EQ(amount->GetValue(), 2240.75);
+    EXPECT_EQ(amount->DisplayFormat(), wb->PrecisionCurFormat()); // an amount in the currency
+    auto* quantity = frame<TCalcEdit_Frame>(dlg, "TCalcEdit_Frame_QUANTITY");
+    EXPECT_DOUBLE_EQ(quantity->GetValue(), 18);
+    EXPECT_EQ(quantity->DisplayFormat(), wb->PrecisionQuantityFormat());
+    EXPECT_EQ(frame<TAbs_LF>(dlg, "TCursType_LF")->lcSelect->displayText(), "Доллар США");
+    auto* rate = frame<TCursFrame_CE>(dlg, "TCursFrame_CE");
+    EXPECT_DOUBLE_EQ(rate->GetValue(), column(id, "CURS").toDouble());
+    EXPECT_EQ(rate->CurTypeField, "CUR_TYPE");
+    EXPECT_TRUE(rate->SelCurHistoryAction->isEnabled()); // a currency, and the record is edited
+    EXPECT_EQ(frame<TPartner_EF>(dlg, "TPartner_EF")->DBEdit->text(), "ООО «Импорт-Алко»");
+    EXPECT_EQ(frame<TDBEdit_Frame>(dlg, "TEditEmail_Frame")->DBEdit->text(), "office@import-alko.ru");
+    EXPECT_EQ(frame<TDBEdit_Frame>(dlg, "TEditSite_Frame")->DBEdit->text(), "www.import-alko.ru");
+    EXPECT_EQ(frame<TDBEdit_Frame>(dlg, "TArticul_EF")->DBEdit->text(), "100-0012");
+    EXPECT_EQ(frame<TDBEdit_Frame>(dlg, "TPaymentKind_EF")->DBEdit->text(), "2");
+    EXPECT_EQ(frame<TDBEdit_Frame>(dlg, "TDocIndex_EF")->DBEdit->text(), "ВЭД/10");
+    EXPECT_EQ(frame<TPriceType_EF>(dlg, "TPriceType_EF")->ComboBox->currentText(), "Макс. приход");
+    auto* checked = frame<TCheckBoxEdit_Frame>(dlg, "TCheckBoxEdit_Frame");
+    EXPECT_TRUE(checked->Checked());
+    EXPECT_EQ(checked->CheckBox->text(), "Проверен бухгалтерией");
+    EXPECT_TRUE(frame<TCheckBoxEdit_Frame>(dlg, "TIntCheckBoxEdit_Frame")->Checked());
+    EXPECT_EQ(frame<TMemo_Frame>(dlg, "TMemoEdit_Frame")->Text(), "Коньяк, доплата по счёту 88.");
+    EXPECT_EQ(frame<TRichEdit_Frame>(dlg, "TRichEdit_Frame")->RichEdit->toPlainText(), "Доплата по счёту 88");
+    dlg.reject();
+    EXPECT_FALSE(list->records()->inEditMode());
+}
+
+TEST_F(EditorForms, ChangesMadeInTheEditorsReachTheDatabase) {
+    auto list = documents("ПП-000104"); // a draft without a client, rate or texts
+    const int id = list->records()->fieldByName("ID_PAYMENT_DOC")->asInteger();
+    {
+        FrameEditDialog dlg(wb.get(), list.get());
+        dlg.prepare();
+        dlg.show();
+        auto* number = frame<TDBEdit_Frame>(dlg, "TDBEdit_Frame");
+        number->DBEdit->end(false);
+        QTest::keyClicks(number->DBEdit, "/1");
+        frame<TDBDateEdit_Frame>(dlg, "TDBDateEdit_Frame")->DBDateEdit1->setDate(QDate(2024, 2, 20));
+        frame<TDBTimeEdit_Frame>(dlg, "TDBTimeEdit_Frame")->DBTimeEdit->setTime(QTime(18, 5));
+        frame<TNewMonth_EF>(dlg, "TNewMonth_EF")->SetDate(QDate(2024, 3, 1)); // booked a month later
+        frame<TCalcEdit_Frame>(dlg, "TCalcEdit_Frame")->SetValue(20500.5);
+        frame<TCalcEdit_Frame>(dlg, "TCalcEdit_Frame_QUANTITY")->SetValue(2.125);
+        auto* status = frame<TDBComboBox_Frame>(dlg, "TDBComboBox_Frame")->DBComboBox;
+        status->setCurrentIndex(status->findText("Проведён"));
+        emit status->activated(status->currentIndex());
+        auto* price = frame<TPriceType_EF>(dlg, "TPriceType_EF")->ComboBox;
+        price->setCurrentIndex(3);
+        emit price->activated(3);
+        frame<TCheckBoxEdit_Frame>(dlg, "TIntCheckBoxEdit_Frame")->CheckBox->click();
+        frame<TMemo_Frame>(dlg, "TMemoEdit_Frame")->Memo->setPlainText("Оплачено частично.");
+        auto* email = frame<TDBEdit_Frame>(dlg, "TEditEmail_Frame")->DBEdit;
+        QTest::keyClicks(email, "shop@example.ru");
+        dlg.accept();
+        EXPECT_EQ(dlg.result(), QDialog::Accepted);
+    }
+    EXPECT_FALSE(list->records()->inEditMode());
+    EXPECT_FALSE(list->writeTransaction()->active()); // committed
+    // Read in a transaction of its own: the changes were committed.
+    EXPECT_EQ(column(id, "DOC_NUMBER").toString(), "ПП-000104/1");
+    EXPECT_EQ(column(id, "DOC_DATE").toDate(), QDate(2024, 2, 20));
+    EXPECT_EQ(column(id, "DOC_TIME").toTime(), QTime(18, 5));
+    EXPECT_EQ(column(id, "DOC_MONTH").toDate(), QDate(2024, 3, 1));
+    EXPECT_DOUBLE_EQ(column(id, "AMOUNT").toDouble(), 20500.5);
+    EXPECT_DOUBLE_EQ(column(id, "QUANTITY").toDouble(), 2.125);
+    EXPECT_EQ(column(id, "STATUS").toString(), "Проведён");
+    EXPECT_EQ(column(id, "PRICE_TYPE").toString(), "S");
+    EXPECT_EQ(column(id, "IS_PAID").toInt(), 1);
+    EXPECT_EQ(column(id, "NOTE").toString(), "Оплачено частично.");
+    EXPECT_EQ(column(id, "EMAIL").toString(), "shop@example.ru");
+    // Untouched columns keep their values.
+    EXPECT_EQ(column(id, "IS_CHECKED").toString(), "F");
+    EXPECT_TRUE(column(id, "LINK_TO_CLIENT").isNull());
+    // The list shows the row as read again, its computed amount in roubles too.
+    EXPECT_EQ(list->records()->fieldByName("DOC_NUMBER")->asString(), "ПП-000104/1");
+    EXPECT_DOUBLE_EQ(list->records()->fieldByName("AMOUNT_RUB")->asDouble(), 20500.5);
+}
+
+TEST_F(EditorForms, AFailedSaveIsReportedAndKeepsTheDialog) {
+    auto list = documents("ПП-000101");
+    const int id = list->records()->fieldByName("ID_PAYMENT_DOC")->asInteger();
+    FrameEditDialog dlg(wb.get(), list.get());
+    dlg.prepare();
+    dlg.show();
+    auto* amount = frame<TCalcEdit_Frame>(dlg, "TCalcEdit_Frame");
+    amount->SetValue(-10); // the table takes no negative amounts
+    dlg.accept();
+    EXPECT_TRUE(logged("Запись не сохранена")) << wb->loggedMessages().join("\n").toStdString();
+    EXPECT_TRUE(dlg.isVisible());
+    EXPECT_EQ(dlg.result(), 0);
+    EXPECT_TRUE(list->records()->inEditMode());       // the user can correct the value
+    EXPECT_FALSE(list->writeTransaction()->active()); // rolled back
+    EXPECT_DOUBLE_EQ(column(id, "AMOUNT").toDouble(), 125000);
+
+    amount->SetValue(99);
+    dlg.accept();
+    EXPECT_EQ(dlg.result(), QDialog::Accepted);
+    EXPECT_DOUBLE_EQ(column(id, "AMOUNT").toDouble(), 99);
+}
+
+TEST_F(EditorForms, ANewDocumentIsNumberedAndInserted) {
+    std::unique_ptr<RecordListForm> list(workbench::makeDocumentList(wb.get()));
+    const int before = count("1=1");
+    list->records()->append();
+    const int id = list->records()->fieldByName("ID_PAYMENT_DOC")->asInteger();
+    EXPECT_GT(id, 16);
+    FrameEditDialog dlg(wb.get(), list.get());
+    dlg.prepare();
+    EXPECT_EQ(frame<TDBEdit_Frame>(dlg, "TDBEdit_Frame")->DBEdit->text(),
+              QString("ПП-%1").arg(id, 6, 10, QChar('0')));
+    EXPECT_EQ(frame<TDBComboBox_Frame>(dlg, "TDBComboBox_Frame")->DBComboBox->currentText(), "Черновик");
+    frame<TCalcEdit_Frame>(dlg, "TCalcEdit_Frame")->SetValue(500);
+    dlg.accept();
+    EXPECT_EQ(dlg.result(), QDialog::Accepted);
+    EXPECT_EQ(count("1=1"), before + 1);
+    EXPECT_DOUBLE_EQ(column(id, "AMOUNT").toDouble(), 500);
+    EXPECT_EQ(column(id, "CUR_TYPE").toInt(), 1);
+}
+
+// The rate editor on the dialog opens the real rate history form through the module runner and
+// writes the chosen rate into the document.
+TEST_F(EditorForms, RateEditorTakesTheRateChosenInTheHistoryForm) {
+    auto list = documents("ПП-000103"); // euros, 12 February 2024
+    const int id = list->records()->fieldByName("ID_PAYMENT_DOC")->asInteger();
+    FrameEditDialog dlg(wb.get(), list.get());
+    dlg.prepare();
+    auto* rate = frame<TCursFrame_CE>(dlg, "TCursFrame_CE");
+    rate->CursDate = QDateTime(QDate(2024, 2, 12), QTime(0, 0));
+    wb->setInteractive(true);
+    QDate shownOn;
+    int shownCurrency = 0;
+    QTimer::singleShot(0, [&] {
+        auto* form = qobject_cast<CurHistoryForm*>(QApplication::activeModalWidget());
+        if (!form) return;
+        shownCurrency = form->currency();
+        shownOn = form->currentDate();
+        form->dataSet()->next(); // the rate of the working day before
+        emit form->grid()->activated();
+    });
+    rate->SelCurHistoryAction->trigger();
+    wb->setInteractive(false);
+    EXPECT_EQ(shownCurrency, 3);
+    EXPECT_EQ(shownOn, QDate(2024, 2, 12));
+    const double chosen =
+        scalar("select CURS from CUR_HISTORY where ID_CUR_TYPE = 3 and CURS_DATE = '2024-02-09'").toDouble();
+    EXPECT_DOUBLE_EQ(list->records()->fieldByName("CURS")->asDouble(), chosen);
+    dlg.accept();
+    EXPECT_DOUBLE_EQ(column(id, "CURS").toDouble(), chosen);
+}
+
+TEST_F(EditorForms, RateHistoryFormPositionsOnTheDateAndReturnsTheChosenRate) {
+    auto rateOn = [&](int cur, const QString& day) {
+        return scalar("select CURS from CUR_HISTORY where ID_CUR_TYPE = " + QString::number(cur) +
+                      " and CURS_DATE = '" + day + "'")
+            .toDouble();
+    };
+    {
+        // A Saturday: the rate in force is Friday's.
+        TRunParams p;
+        p.EnsureParams().ByName("CurType").Value = "2";
+        p.EnsureParams().ByName("Date").Value = "16.03.2024";
+        CurHistoryForm form(wb->RvDatabase(), wb->pfReadTransaction(), p);
+        form.open();
+        form.show();
+        EXPECT_EQ(form.currency(), 2);
+        EXPECT_EQ(form.currencyCombo()->currentText(), "Доллар США");
+        EXPECT_EQ(form.currentDate(), QDate(2024, 3, 15));
+        EXPECT_DOUBLE_EQ(form.currentRate().toDouble(), rateOn(2, "2024-03-15"));
+        form.dataSet()->next();
+        QTest::mouseClick(form.okButton(), Qt::LeftButton);
+        EXPECT_EQ(form.result(), 1);
+        EXPECT_EQ(p.Params->Find("CurType")->Value.toString(), "2");
+        EXPECT_EQ(p.Params->Find("Curs")->Value.toString(),
+                  CurHistoryForm::rateText(rateOn(2, "2024-03-14")));
+        EXPECT_EQ(p.Params->Find("Date")->Value.toString(), "14.03.2024");
+        EXPECT_TRUE(p.Params->Find("Curs")->Value.toString().contains(',')); // as the user sees it
+    }
+    {
+        // No date: the latest rate; another currency chosen in the form is returned with its rate.
+        TRunParams p;
+        p.EnsureParams().ByName("CurType").Value = "2";
+        CurHistoryForm form(wb->RvDatabase(), wb->pfReadTransaction(), p);
+        form.open();
+        EXPECT_EQ(form.currentDate(), QDate(2024, 4, 30));
+        form.setCurrency(6);
+        EXPECT_EQ(form.currentDate(), QDate(2024, 4, 30));
+        form.confirm();
+        EXPECT_EQ(p.Params->Find("CurType")->Value.toString(), "6");
+        EXPECT_EQ(p.Params->Find("Curs")->Value.toString(),
+                  CurHistoryForm::rateText(rateOn(6, "2024-04-30")));
+    }
+    {
+        // Before the whole history: the earliest rate. The rouble has none: nothing to choose.
+        TRunParams p;
+        p.EnsureParams().ByName("CurType").Value = "3";
+        p.EnsureParams().ByName("Date").Value = "01.12.2023";
+        CurHistoryForm form(wb->RvDatabase(), wb->pfReadTransaction(), p);
+        form.open();
+        form.show();
+        EXPECT_EQ(form.currentDate(), QDate(2024, 1, 9));
+        form.setCurrency(1);
+        EXPECT_FALSE(form.currentRate().isValid());
+        EXPECT_FALSE(form.okButton()->isEnabled());
+        form.confirm();
+        EXPECT_TRUE(form.isVisible());
+        EXPECT_EQ(p.Params->Find("Curs"), nullptr);
+        QTest::keyClick(&form, Qt::Key_Escape);
+        EXPECT_EQ(form.result(), 0);
+    }
+    // Registered with the module runner under the name the rate editor opens.
+    EXPECT_TRUE(wb->FormList().contains("CurHistoryForm"));
+    ASSERT_NE(wb->RvGetForm("CurHistoryForm"), nullptr);
+}
+
+TEST_F(EditorForms, FilterPanelConditionsCountWhatAnIndependentQueryCounts) {
+    FilterPanelForm panel(wb.get());
+    panel.prepare();
+    panel.show();
+    ASSERT_EQ(panel.filters().size(), size_t(workbench::documentFilters().size()));
+    for (const auto& f : panel.filters()) {
+        EXPECT_EQ(f.frame->Owner(), &panel) << f.def->className.toStdString();
+        f.frame->Clear();
+    }
+    panel.updateResults();
+    EXPECT_EQ(panel.whereClause(), "");
+    EXPECT_EQ(panel.runQuery(), count("1=1"));
+
+    // Document dates in March.
+    auto* dates = qobject_cast<TSetDate_EF*>(panel.frame("TSetDate_EF"));
+    ASSERT_NE(dates, nullptr);
+    dates->deFromDate->userSetValue(QDateTime(QDate(2024, 3, 1), QTime(0, 0)));
+    dates->deToDate->userSetValue(QDateTime(QDate(2024, 3, 31), QTime(0, 0)));
+    EXPECT_TRUE(dates->Checked()); // the change switched it on
+    QApplication::processEvents();
+    // The pane follows the change by itself.
+    const QTableWidget* pane = panel.resultsTable();
+    EXPECT_EQ(pane->item(0, 0)->text(), "TSetDate_EF");
+    EXPECT_EQ(pane->item(0, 1)->text(), "DOC_DATE");
+    EXPECT_EQ(pane->item(0, 2)->text(), dates->SQL("DOC_DATE"));
+    EXPECT_TRUE(pane->item(0, 2)->text().contains("DOC_DATE >= '2024-03-01'"));
+    EXPECT_EQ(pane->item(0, 3)->text(), "ItemsCount = 0; ItemsList = «»");
+    EXPECT_TRUE(panel.queryText()->toPlainText().contains(dates->SQL("DOC_DATE")));
+    const int march = count("DOC_DATE between '2024-03-01' and '2024-03-31'");
+    EXPECT_EQ(panel.runQuery(), march);
+    EXPECT_TRUE(panel.countLabel()->text().contains(QString::number(march)));
+
+    // Amounts from 1000 to 100000, then outside them (the upper below the lower).
+    auto* sums = qobject_cast<TSetDouble_EF*>(panel.frame("TSetDouble_EF"));
+    ASSERT_NE(sums, nullptr);
+    sums->ceFromSumma->SetAsFloat(1000);
+    sums->ceToSumma->SetAsFloat(100000);
+    sums->SetChecked(true);
+    EXPECT_EQ(panel.runQuery(),
+              count("DOC_DATE between '2024-03-01' and '2024-03-31' and AMOUNT between 1000 and 100000"));
+    sums->ceFromSumma->SetAsFloat(100000);
+    sums->ceToSumma->SetAsFloat(1000);
+    EXPECT_EQ(
+        panel.runQuery(),
+        count("DOC_DATE between '2024-03-01' and '2024-03-31' and (AMOUNT >= 100000 or AMOUNT <= 1000)"));
+    sums->SetChecked(false);
+    dates->SetChecked(false);
+
+    // A day of creation: a time of day on that day counts, a document without one does not.
+    auto* created = qobject_cast<TSetPeriod_EF*>(panel.frame("TSetPeriod_EF"));
+    ASSERT_NE(created, nullptr);
+    created->deFromDate->setDate(QDate(2024, 3, 15));
+    created->deToDate->setDate(QDate(2024, 3, 15));
+    created->SetChecked(true);
+    EXPECT_EQ(panel.runQuery(), count("cast(CREATED as date) = '2024-03-15'"));
+    EXPECT_EQ(panel.lastCount(), 1);
+    created->SetChecked(false);
+
+    // A period frame's dates, and one with only its first bound.
+    auto* period = qobject_cast<TPeriodExt_EF*>(panel.frame("TPeriodExt_EF"));
+    ASSERT_NE(period, nullptr);
+    period->deFirstDate->setDate(QDate(2024, 2, 1));
+    period->deLastDate->setDate(QDate(2024, 2, 29));
+    panel.updateResults();
+    EXPECT_EQ(pane->item(3, 3)->text(), "c 01.02.2024 по 29.02.2024");
+    EXPECT_EQ(panel.runQuery(), count("DOC_DATE between '2024-02-01' and '2024-02-29'"));
+    period->Clear();
+    auto* from = qobject_cast<TPeriod_EF*>(panel.frame("TPeriod_EF"));
+    ASSERT_NE(from, nullptr);
+    from->chbFirstDate->setChecked(true);
+    from->deFirstDate->setDate(QDate(2024, 4, 1));
+    panel.updateResults();
+    EXPECT_EQ(panel.condition(panel.filters()[4]), "DOC_DATE >= '2024-04-01'");
+    EXPECT_EQ(panel.runQuery(), count("DOC_DATE >= '2024-04-01'"));
+    EXPECT_EQ(panel.lastCount(), 3);
+
+    // A filter switched on without a date is not correct: the user is told, nothing runs.
+    dates->Clear();
+    dates->SetChecked(true);
+    EXPECT_EQ(panel.runQuery(), -1);
+    EXPECT_TRUE(logged("задан неверно"));
+    panel.reject();
+}
+
+// The panel keeps the frames' settings in the layout tree between openings.
+TEST_F(EditorForms, FilterPanelKeepsItsSettings) {
+    {
+        FilterPanelForm panel(wb.get());
+        panel.prepare();
+        auto* sums = qobject_cast<TSetDouble_EF*>(panel.frame("TSetDouble_EF"));
+        ASSERT_NE(sums, nullptr);
+        sums->ceFromSumma->SetAsFloat(250);
+        sums->ceToSumma->SetAsFloat(750);
+        sums->SetChecked(true);
+        panel.reject();
+    }
+    FilterPanelForm again(wb.get());
+    again.prepare();
+    auto* sums = qobject_cast<TSetDouble_EF*>(again.frame("TSetDouble_EF"));
+    ASSERT_NE(sums, nullptr);
+    EXPECT_TRUE(sums->Checked());
+    EXPECT_EQ(again.condition(again.filters()[2]), "AMOUNT between 250 and 750");
+}
+
+// The frame browser's "На форме редактирования…" opens the form that hosts the frame shown: the
+// documents for a value editor (its frame first in the dialog), the filter panel for a filter.
+TEST_F(EditorForms, FrameBrowserOpensTheHostFormOfAValueEditor) {
+    workbench::MainWindow window(wb.get(), &Registry::instance());
+    auto* bound = window.findChild<QPushButton*>("btBound");
+    ASSERT_NE(bound, nullptr);
+
+    ASSERT_NE(window.showFrame("TCursFrame_CE"), nullptr);
+    EXPECT_FALSE(bound->isHidden());
+    bound->click();
+    auto* docs = window.findChild<RecordListForm*>("DocumentListForm");
+    ASSERT_NE(docs, nullptr);
+    EXPECT_EQ(docs->focusEditor, "TCursFrame_CE");
+    EXPECT_GT(docs->records()->recordCount(), 10);
+
+    ASSERT_NE(window.showFrame("TSetDouble_EF"), nullptr);
+    EXPECT_FALSE(bound->isHidden());
+    bound->click();
+    auto* panel = window.findChild<FilterPanelForm*>("FilterPanel");
+    ASSERT_NE(panel, nullptr);
+    EXPECT_NE(panel->frame("TSetDouble_EF"), nullptr);
+
+    // A frame that keeps its own value has no host form to open.
+    ASSERT_NE(window.showFrame("TCalcEdt_Frame"), nullptr);
+    EXPECT_TRUE(bound->isHidden());
+    window.close();
+}
+
+} // namespace
+} // namespace frames::test
