@@ -131,6 +131,7 @@ frames::TAbsEditFrame* MainWindow::showFrame(const QString& className) {
         made = registry_->create(className, panel_);
         made->setObjectName(className);
         static_cast<QVBoxLayout*>(panel_->layout())->insertWidget(2, made);
+        applyFrameParams(made);
         made->Init();
         made->RestoreLayout(
             host_->LayoutRoot()->ItemByName(QStringLiteral("Browser"))->ItemByName(className));

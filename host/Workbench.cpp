@@ -399,8 +399,12 @@ int run(int argc, char** argv) {
     try {
         if (path.isEmpty()) {
             path = defaultDatabasePath();
-            if (frames::schema::ensureDemoDatabase(path))
+            QString previous;
+            if (frames::schema::ensureDemoDatabase(path, &previous))
                 std::printf("Demo database created at %s\n", qPrintable(QDir::toNativeSeparators(path)));
+            if (!previous.isEmpty())
+                std::printf("The previous demo database, made from older scripts, is kept as %s\n",
+                            qPrintable(QDir::toNativeSeparators(previous)));
         }
         host.openDatabase(path);
     } catch (const frames::db::Error& e) {

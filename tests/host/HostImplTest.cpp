@@ -167,7 +167,7 @@ TEST_F(HostImplDb, RunConstantsRightsAndSession) {
         setHost(&h);
         h.openDatabase(databasePath());
         EXPECT_EQ(CUR_USER, -1);
-        EXPECT_EQ(CUR_FILIALINDEX, 1); // defaults when the user has no row
+        EXPECT_EQ(CUR_FILIALINDEX, 101); // the system row's branch and shop
         EXPECT_EQ(CUR_SHOPINDEX, 1);
     }
     HostImpl h(quietSettings(root.path()));
