@@ -32,6 +32,7 @@ TCursFrame_CE::TCursFrame_CE(QWidget* parent)
     siSelect->setFixedSize(21, 21);
     siSelect->setFocusPolicy(Qt::NoFocus);
     siSelect->setDefaultAction(SelCurHistoryAction);
+    siSelect->setToolButtonStyle(Qt::ToolButtonTextOnly); // the action has a text, no icon
     body()->layout()->addWidget(siSelect);
     static_cast<QBoxLayout*>(body()->layout())->addStretch(1);
     resize(160, 54);
