@@ -5,6 +5,7 @@
 #include "frames/lookup/LF_Classif.h"
 #include "host/HostImpl.h"
 #include "platform/widgets/ClassifTreeView.h"
+#include "tests/host/WorkbenchFixture.h"
 #include "tests/support/DbFixture.h"
 #include <QApplication>
 #include <QLabel>
@@ -166,25 +167,7 @@ TEST_F(ClassifTreeForm, CancelAndEscapeLeaveTheParametersAlone) {
 }
 
 // The module runner shows the form under its name; without a user it cancels.
-class ClassifFormRunner : public ClassifTreeForm {
-protected:
-    void SetUp() override {
-        ClassifTreeForm::SetUp();
-        workbench::HostImpl::Settings s;
-        s.profileRoot = dir.path();
-        s.interactive = false;
-        wb = std::make_unique<workbench::HostImpl>(s);
-        wb->openDatabase(databasePath());
-        setHost(wb.get());
-    }
-    void TearDown() override {
-        setHost(host.get());
-        wb.reset();
-        ClassifTreeForm::TearDown();
-    }
-    QTemporaryDir dir;
-    std::unique_ptr<workbench::HostImpl> wb;
-};
+class ClassifFormRunner : public WorkbenchHostTest<ClassifTreeForm> {};
 
 TEST_F(ClassifFormRunner, RunModuleShowsTheTreeFormByName) {
     QObject* registered = wb->RvGetForm("QucikClassifForm");

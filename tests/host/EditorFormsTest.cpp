@@ -35,6 +35,7 @@
 #include "platform/widgets/LookupCombo.h"
 #include "platform/widgets/MonthEdit.h"
 #include "platform/widgets/TimeEdit.h"
+#include "tests/host/WorkbenchFixture.h"
 #include "tests/support/DbFixture.h"
 #include <QApplication>
 #include <QComboBox>
@@ -54,22 +55,8 @@ using workbench::FilterPanelForm;
 using workbench::FrameEditDialog;
 using workbench::RecordListForm;
 
-class EditorForms : public DbTest {
+class EditorForms : public WorkbenchHostTest<> {
 protected:
-    void SetUp() override {
-        DbTest::SetUp();
-        workbench::HostImpl::Settings s;
-        s.profileRoot = root.path();
-        s.interactive = false;
-        wb = std::make_unique<workbench::HostImpl>(s);
-        wb->openDatabase(databasePath());
-        setHost(wb.get());
-    }
-    void TearDown() override {
-        setHost(host.get());
-        wb.reset();
-        DbTest::TearDown();
-    }
     // The document of that number made current in the list.
     std::unique_ptr<RecordListForm> documents(const QString& number) {
         std::unique_ptr<RecordListForm> list(workbench::makeDocumentList(wb.get()));
@@ -92,9 +79,6 @@ protected:
             if (m.contains(text)) return true;
         return false;
     }
-
-    QTemporaryDir root;
-    std::unique_ptr<workbench::HostImpl> wb;
 };
 
 // Every value editor of the package has a place in the workbench: on the documents' edit dialog,

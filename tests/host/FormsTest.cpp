@@ -11,6 +11,7 @@
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
 #include "platform/widgets/DBGrid.h"
+#include "tests/host/WorkbenchFixture.h"
 #include "tests/support/DbFixture.h"
 #include <QApplication>
 #include <QDir>
@@ -27,29 +28,13 @@ namespace {
 
 using workbench::ReferenceForm;
 
-class WorkbenchForms : public DbTest {
+class WorkbenchForms : public WorkbenchHostTest<> {
 protected:
-    void SetUp() override {
-        DbTest::SetUp();
-        workbench::HostImpl::Settings s;
-        s.profileRoot = root.path();
-        s.interactive = false;
-        wb = std::make_unique<workbench::HostImpl>(s);
-        wb->openDatabase(databasePath());
-        setHost(wb.get());
-    }
-    void TearDown() override {
-        setHost(host.get());
-        wb.reset();
-        DbTest::TearDown();
-    }
     const workbench::ReferenceFormDef& def(const QString& name) {
         const auto* d = workbench::findReferenceForm(name);
         EXPECT_NE(d, nullptr) << name.toStdString();
         return *d;
     }
-    QTemporaryDir root;
-    std::unique_ptr<workbench::HostImpl> wb;
 };
 
 TEST_F(WorkbenchForms, ReferenceFormsOfTheTableOpen) {
