@@ -1,6 +1,7 @@
 #include "host/ClassifForm.h"
 #include "frames/core/Guard.h"
 #include "frames/core/Host.h"
+#include "host/GridTools.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/Query.h"
 #include "platform/widgets/ClassifTreeView.h"
@@ -51,21 +52,9 @@ ClassifForm::ClassifForm(db::Database* database, db::Transaction* tr, frames::TR
     tree_ = new ui::ClassifTreeView(this);
     tree_->setObjectName(QStringLiteral("tvClassif"));
 
-    auto* buttons = new QDialogButtonBox(this);
-    ok_ = buttons->addButton(QStringLiteral("Выбрать"), QDialogButtonBox::AcceptRole);
-    ok_->setObjectName(QStringLiteral("btOk"));
-    ok_->setDefault(true);
-    cancel_ = buttons->addButton(QStringLiteral("Отмена"), QDialogButtonBox::RejectRole);
-    cancel_->setObjectName(QStringLiteral("btCancel"));
-
-    auto* top = new QHBoxLayout;
-    top->addWidget(new QLabel(QStringLiteral("Найти:"), this));
-    top->addWidget(search_, 1);
-    top->addWidget(found_);
-    auto* layout = new QVBoxLayout(this);
-    layout->addLayout(top);
-    layout->addWidget(tree_, 1);
-    layout->addWidget(buttons);
+    const ChooserButtons b = layOutChooser(this, search_, found_, tree_);
+    ok_ = b.ok;
+    cancel_ = b.cancel;
 
     connect(search_, &QLineEdit::textEdited, this,
             [this](const QString& text) { frames::guard([&] { setSearchText(text); }); });

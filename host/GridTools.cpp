@@ -1,6 +1,9 @@
 #include "host/GridTools.h"
 #include <QDialogButtonBox>
+#include <QHBoxLayout>
 #include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTableView>
@@ -39,6 +42,24 @@ void GridColumnsDialog::apply() {
         const bool visible = item->checkState() == Qt::Checked || (shown == 0 && i == 0);
         grid_->setColumnHidden(item->data(Qt::UserRole).toInt(), !visible);
     }
+}
+
+ChooserButtons layOutChooser(QDialog* form, QLineEdit* search, QLabel* info, QWidget* list) {
+    auto* buttons = new QDialogButtonBox(form);
+    ChooserButtons b{buttons->addButton(QStringLiteral("Выбрать"), QDialogButtonBox::AcceptRole),
+                     buttons->addButton(QStringLiteral("Отмена"), QDialogButtonBox::RejectRole)};
+    b.ok->setObjectName(QStringLiteral("btOk"));
+    b.ok->setDefault(true);
+    b.cancel->setObjectName(QStringLiteral("btCancel"));
+    auto* top = new QHBoxLayout;
+    top->addWidget(new QLabel(QStringLiteral("Найти:"), form));
+    top->addWidget(search, 1);
+    top->addWidget(info);
+    auto* layout = new QVBoxLayout(form);
+    layout->addLayout(top);
+    layout->addWidget(list, 1);
+    layout->addWidget(buttons);
+    return b;
 }
 
 } // namespace workbench

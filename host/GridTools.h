@@ -1,7 +1,10 @@
 #pragma once
 #include <QDialog>
 
+class QLabel;
+class QLineEdit;
 class QListWidget;
+class QPushButton;
 class QTableView;
 
 namespace workbench {
@@ -19,5 +22,13 @@ private:
     QTableView* grid_;
     QListWidget* list_;
 };
+
+// The layout of the workbench's choosing forms: "Найти:" with the search box and an info label
+// on top, the list below, and the buttons "Выбрать" (default) and "Отмена" (btOk, btCancel).
+struct ChooserButtons {
+    QPushButton* ok;
+    QPushButton* cancel;
+};
+ChooserButtons layOutChooser(QDialog* form, QLineEdit* search, QLabel* info, QWidget* list);
 
 } // namespace workbench

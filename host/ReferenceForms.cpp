@@ -1,5 +1,6 @@
 #include "host/ReferenceForms.h"
 #include "frames/core/Guard.h"
+#include "host/GridTools.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/DataSource.h"
 #include "platform/widgets/DBGrid.h"
@@ -96,21 +97,9 @@ ReferenceForm::ReferenceForm(const ReferenceFormDef& def, db::Database* database
     grid_->setMultiSelect(false);
     grid_->setDataSource(source_);
 
-    auto* buttons = new QDialogButtonBox(this);
-    ok_ = buttons->addButton(QStringLiteral("Выбрать"), QDialogButtonBox::AcceptRole);
-    ok_->setObjectName(QStringLiteral("btOk"));
-    ok_->setDefault(true);
-    cancel_ = buttons->addButton(QStringLiteral("Отмена"), QDialogButtonBox::RejectRole);
-    cancel_->setObjectName(QStringLiteral("btCancel"));
-
-    auto* top = new QHBoxLayout;
-    top->addWidget(new QLabel(QStringLiteral("Найти:"), this));
-    top->addWidget(search_, 1);
-    top->addWidget(count_);
-    auto* layout = new QVBoxLayout(this);
-    layout->addLayout(top);
-    layout->addWidget(grid_, 1);
-    layout->addWidget(buttons);
+    const ChooserButtons b = layOutChooser(this, search_, count_, grid_);
+    ok_ = b.ok;
+    cancel_ = b.cancel;
 
     connect(search_, &QLineEdit::textChanged, this, [this] { frames::guard([this] { applyFilter(); }); });
     connect(ok_, &QPushButton::clicked, this, [this] { frames::guard([this] { confirm(); }); });
