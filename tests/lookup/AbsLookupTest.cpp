@@ -4,6 +4,7 @@
 #include "frames/lookup/LF_Abs.h"
 #include "platform/db/MemTable.h"
 #include "tests/support/DbFixture.h"
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QTest>
 #include <QVBoxLayout>
@@ -279,4 +280,23 @@ TEST_F(LookupOnEditDialog, MissingParameterIsReportedWithTheStatement) {
     EXPECT_FALSE(guard([&] { g->Init(); }));
     ASSERT_EQ(host->errors().size(), 2);
     EXPECT_TRUE(host->errors()[1].contains("NO_SUCH_COLUMN")) << host->errors()[1].toStdString();
+}
+
+TEST_F(LookupOnEditDialog, FormCloseShutsAnOpenListWithoutTakingTheHighlightedRow) {
+    QWidget top;
+    TAbs_LF* f = create("TCardType_LF", &top);
+    f->Init();
+    top.show();
+    f->lcSelect->setKeyValue(2);
+    int changes = 0;
+    f->lcSelect->OnChange = [&](QObject*) { ++changes; };
+    f->lcSelect->dropDown();
+    ASSERT_TRUE(f->lcSelect->isDroppedDown());
+    QComboBox* combo = f->lcSelect->comboBox();
+    const int other = combo->currentIndex() == 0 ? 1 : 0;
+    combo->view()->setCurrentIndex(combo->model()->index(other, 0));
+    f->FormClose();
+    EXPECT_FALSE(f->lcSelect->isDroppedDown());
+    EXPECT_EQ(f->lcSelect->keyValue().toInt(), 2);
+    EXPECT_EQ(changes, 0);
 }
