@@ -264,9 +264,12 @@ void HostImpl::ErrorBoxEx(const QString& text, int detail) {
 }
 
 void HostImpl::WarningBox(const QString& text) {
+    WarningBox(text, QStringLiteral("Предупреждение"));
+}
+
+void HostImpl::WarningBox(const QString& text, const QString& caption) {
     message(QStringLiteral("warning"), text);
-    if (settings_.interactive)
-        QMessageBox::warning(QApplication::activeWindow(), QStringLiteral("Предупреждение"), text);
+    if (settings_.interactive) QMessageBox::warning(QApplication::activeWindow(), caption, text);
 }
 
 void HostImpl::InfoBox(const QString& text) {

@@ -85,6 +85,7 @@ public:
     void ErrorBox(const QString& text) override;
     void ErrorBoxEx(const QString& text, int detail) override;
     void WarningBox(const QString& text) override;
+    void WarningBox(const QString& text, const QString& caption) override;
     void InfoBox(const QString& text) override;
     bool QuestionBox(const QString& text) override;
 

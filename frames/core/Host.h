@@ -35,6 +35,11 @@ public:
     virtual void ErrorBox(const QString& text) = 0;
     virtual void ErrorBoxEx(const QString& text, int detail) = 0;
     virtual void WarningBox(const QString& text) = 0;
+    // A warning under a caption of its own (the host's default caption otherwise).
+    virtual void WarningBox(const QString& text, const QString& caption) {
+        Q_UNUSED(caption);
+        WarningBox(text);
+    }
     virtual void InfoBox(const QString& text) = 0;
     // Yes/No question: true for Yes.
     virtual bool QuestionBox(const QString& text) = 0;
@@ -90,6 +95,9 @@ inline void TyErrorBoxEx(const QString& text, int detail) {
 }
 inline void TyWarningBox(const QString& text) {
     host()->WarningBox(text);
+}
+inline void TyWarningBox(const QString& text, const QString& caption) {
+    host()->WarningBox(text, caption);
 }
 inline void TraceText(const QString& text, int level = 1) {
     host()->TraceText(text, level);

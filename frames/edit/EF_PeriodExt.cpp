@@ -186,7 +186,7 @@ void TPeriodExt_EF::CheckPeriodLength(bool silent) {
     QDate e = GetEndDate();
     if (e > today) e = today;
     if (b.daysTo(e) + 1 > m && b <= today) {
-        if (!silent) TyWarningBox(PeriodTooLongText());
+        if (!silent) TyWarningBox(PeriodTooLongText(), "Превышение длины периода");
         deFirstDate->setDate(e.addDays(1 - m));
     }
 }

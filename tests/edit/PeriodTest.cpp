@@ -293,6 +293,7 @@ TEST_F(PeriodFrames, CheckPeriodLengthKeepsTheLastDateAndWarnsUnlessSilent) {
     ASSERT_EQ(host.warnings().size(), 1);
     EXPECT_EQ(host.warnings().first(), "Задан слишком большой период. Автоматически\n"
                                        "будет установлен период максимальной длины.");
+    EXPECT_EQ(host.messages.back().caption, "Превышение длины периода");
     EXPECT_EQ(f->GetBeginDate(), QDate(2024, 3, 1));
     EXPECT_EQ(f->GetEndDate(), QDate(2024, 3, 31));
     f->CheckPeriodLength(false); // 31 days now: nothing to say

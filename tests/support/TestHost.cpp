@@ -49,7 +49,7 @@ QObject* TestHost::RvGetForm(const QString& formName) {
 }
 
 bool TestHost::QuestionBox(const QString& text) {
-    messages.push_back({"question", text});
+    messages.push_back({"question", text, {}});
     if (answers.empty()) return true;
     const bool a = answers.front();
     answers.pop_front();

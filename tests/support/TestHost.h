@@ -33,6 +33,7 @@ public:
     struct Message {
         QString kind; // "error", "errorEx", "warning", "info", "question"
         QString text;
+        QString caption; // empty: the host's default
     };
     std::vector<Message> messages;
     std::deque<bool> answers; // answers of QuestionBox, default true
@@ -54,12 +55,15 @@ public:
     int RunModule(const QString& formName, TRunParams& params) override;
     QObject* RvGetForm(const QString& formName) override;
     QStringList FormList() const override { return registeredForms; }
-    void ErrorBox(const QString& text) override { messages.push_back({"error", text}); }
+    void ErrorBox(const QString& text) override { messages.push_back({"error", text, {}}); }
     void ErrorBoxEx(const QString& text, int detail) override {
-        messages.push_back({"errorEx", text + " (" + QString::number(detail) + ")"});
+        messages.push_back({"errorEx", text + " (" + QString::number(detail) + ")", {}});
     }
-    void WarningBox(const QString& text) override { messages.push_back({"warning", text}); }
-    void InfoBox(const QString& text) override { messages.push_back({"info", text}); }
+    void WarningBox(const QString& text) override { messages.push_back({"warning", text, {}}); }
+    void WarningBox(const QString& text, const QString& caption) override {
+        messages.push_back({"warning", text, caption});
+    }
+    void InfoBox(const QString& text) override { messages.push_back({"info", text, {}}); }
     bool QuestionBox(const QString& text) override;
     int GetIntValue(const QString& key) const override { return intValues.value(key, 0); }
     bool GetBoolValue(const QString& key) const override { return boolValues.value(key, false); }
