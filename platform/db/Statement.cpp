@@ -25,7 +25,14 @@ QString metaName(const char* name) {
     return name ? fromConnectionText(name, qsizetype(std::strlen(name))) : QString();
 }
 
-constexpr unsigned CS_NONE = 0, CS_OCTETS = 1, CS_UNICODE_FSS = 3, CS_UTF8 = 4;
+constexpr unsigned CS_NONE = 0, CS_OCTETS = 1, CS_UNICODE_FSS = 3, CS_UTF8 = 4, CS_WIN1251 = 52;
+
+// Text columns come as they are in UTF8 and in WIN1251 (the databases' and the connection's own
+// set, decoded on access by our codec: no conversion on the server, one byte a letter); any
+// other set is asked for in UTF8.
+bool fetchedAsIs(unsigned cs) {
+    return cs == CS_OCTETS || cs == CS_UTF8 || cs == CS_NONE || cs == CS_WIN1251;
+}
 
 unsigned bytesPerChar(unsigned cs) {
     switch (cs) {
@@ -130,22 +137,20 @@ Statement::Statement(Database* db, Transaction* tr, const QString& sql) : db_(db
         type_ = stmt_->getType(&st);
         inServer_ = stmt_->getInputMetadata(&st);
         IMessageMetadata* out = stmt_->getOutputMetadata(&st);
-        // Text columns are read as UTF8 whatever their character set (and the connection's).
+        // Text columns in other character sets are read as UTF8 (see fetchedAsIs).
         const unsigned n = out->getCount(&st);
         bool coerce = false;
         for (unsigned i = 0; i < n; ++i) {
             const unsigned t = out->getType(&st, i) & ~1u;
             const unsigned cs = out->getCharSet(&st, i);
-            if ((t == SQL_TEXT || t == SQL_VARYING) && cs != CS_OCTETS && cs != CS_UTF8 && cs != CS_NONE)
-                coerce = true;
+            if ((t == SQL_TEXT || t == SQL_VARYING) && !fetchedAsIs(cs)) coerce = true;
         }
         if (coerce) {
             IMetadataBuilder* b = out->getBuilder(&st);
             for (unsigned i = 0; i < n; ++i) {
                 const unsigned t = out->getType(&st, i) & ~1u;
                 const unsigned cs = out->getCharSet(&st, i);
-                if ((t == SQL_TEXT || t == SQL_VARYING) && cs != CS_OCTETS && cs != CS_UTF8 &&
-                    cs != CS_NONE) {
+                if ((t == SQL_TEXT || t == SQL_VARYING) && !fetchedAsIs(cs)) {
                     const unsigned chars = out->getLength(&st, i) / bytesPerChar(cs);
                     b->setCharSet(&st, i, CS_UTF8);
                     b->setLength(&st, i, std::max(1u, chars) * 4);
@@ -593,6 +598,7 @@ QVariant Statement::decodeValue(const Column& c, const char* p, qsizetype textLe
     case SQL_TEXT:
     case SQL_VARYING:
         if (c.charSet == CS_OCTETS) return QByteArray(p, textLen);
+        if (c.charSet == CS_WIN1251) return fromConnectionText(p, textLen);
         return QString::fromUtf8(p, textLen);
     case SQL_TYPE_DATE:
         return decodeDate(load<ISC_DATE>(p));
