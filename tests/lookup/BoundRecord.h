@@ -1,0 +1,28 @@
+#pragma once
+// A list form whose current record is one in-memory row, and an edit dialog owned by it: frames
+// created on the dialog bind to that record through the owner chain.
+#include "frames/core/HostForms.h"
+#include "platform/db/DataSource.h"
+#include "platform/db/MemTable.h"
+
+namespace frames::test {
+
+struct BoundRecord {
+    // Fields of one type (size for text); no values: the table starts without a row.
+    BoundRecord(const QStringList& fields, const QVariantList& values,
+                db::FieldType type = db::FieldType::Integer, int size = 0) {
+        record = new db::MemTable(&list);
+        for (const QString& f : fields) record->addFieldDef(f, type, size);
+        record->open();
+        if (!values.isEmpty()) record->appendRecord(values);
+        source = new db::DataSource(record, &list);
+        list.SetCurrentSource(source);
+        dialog = new TfmAbsEditDlg(&list);
+    }
+    TfmLayer1_FIB list;
+    db::MemTable* record = nullptr;
+    db::DataSource* source = nullptr;
+    TfmAbsEditDlg* dialog = nullptr;
+};
+
+} // namespace frames::test
