@@ -21,7 +21,9 @@ namespace {
 using Rows = QList<QVariantList>;
 using Values = QMap<QString, QVariant>; // parameter name in lower case -> value
 
-Rows select(db::Database* database, const QString& sql, const Values& values = {}) {
+// The rows of a select; every parameter must have a value. names receives the column names.
+Rows select(db::Database* database, const QString& sql, const Values& values = {},
+            QStringList* names = nullptr) {
     db::Transaction tr(database, db::TransactionOptions::read());
     tr.start();
     db::Query q(database, &tr);
@@ -33,6 +35,7 @@ Rows select(db::Database* database, const QString& sql, const Values& values = {
         p->setValue(values.value(key));
     }
     q.open();
+    for (int c = 0; names && c < q.columnCount(); ++c) *names << q.columnName(c);
     Rows rows;
     while (q.next()) {
         QVariantList row;
@@ -42,21 +45,6 @@ Rows select(db::Database* database, const QString& sql, const Values& values = {
     q.close();
     tr.commit();
     return rows;
-}
-
-// The named column of the first row of a select (invalid when there is no row).
-QVariant firstValue(db::Database* database, const QString& sql, const Values& values, const QString& name) {
-    db::Transaction tr(database, db::TransactionOptions::read());
-    tr.start();
-    db::Query q(database, &tr);
-    q.setSql(sql);
-    for (int i = 0; i < q.params().count(); ++i)
-        q.params().at(i)->setValue(values.value(q.params().at(i)->name().toLower()));
-    q.open();
-    const QVariant v = q.next() ? q.value(name) : QVariant();
-    q.close();
-    tr.commit();
-    return v;
 }
 
 QStringList column(const Rows& rows, int c = 0) {
@@ -72,26 +60,10 @@ QString joined(const QJsonValue& v) {
     return lines.join('\n');
 }
 
-// "Class.component" -> SelectSQL of every lookup description.
-QMap<QString, QString> lookupSelects() {
-    QMap<QString, QString> out;
-    QDirIterator it(":/forms/lookup", {"*.json"});
-    while (it.hasNext()) {
-        QFile f(it.next());
-        f.open(QIODevice::ReadOnly);
-        const QJsonObject d = QJsonDocument::fromJson(f.readAll()).object();
-        const QJsonObject comps = d.value("components").toObject();
-        for (auto c = comps.begin(); c != comps.end(); ++c) {
-            const QString sql = joined(c.value().toObject().value("SelectSQL"));
-            if (!sql.trimmed().isEmpty()) out.insert(d.value("class").toString() + "." + c.key(), sql);
-        }
-    }
-    return out;
-}
-
-// The list and one-row selects of each lookup description, with the list's key column.
+// A lookup description: the select of every component, the one-row select and the list's key.
 struct Lookup {
-    QString cls, select, refresh, keyField;
+    QString cls, refresh, keyField;
+    QMap<QString, QString> selects; // component -> SelectSQL
 };
 QList<Lookup> lookups() {
     QList<Lookup> out;
@@ -99,61 +71,40 @@ QList<Lookup> lookups() {
     while (it.hasNext()) {
         QFile f(it.next());
         f.open(QIODevice::ReadOnly);
-        const QJsonObject comps =
-            QJsonDocument::fromJson(f.readAll()).object().value("components").toObject();
-        const QJsonObject ds = comps.value("pFIBDataSet1").toObject();
-        out << Lookup{QFileInfo(f.fileName()).baseName(), joined(ds.value("SelectSQL")),
-                      joined(ds.value("RefreshSQL")),
-                      comps.value("lcSelect").toObject().value("LookupField").toString()};
+        const QJsonObject d = QJsonDocument::fromJson(f.readAll()).object();
+        const QJsonObject comps = d.value("components").toObject();
+        Lookup l{d.value("class").toString(),
+                 joined(comps.value("pFIBDataSet1").toObject().value("RefreshSQL")),
+                 comps.value("lcSelect").toObject().value("LookupField").toString(),
+                 {}};
+        for (auto c = comps.begin(); c != comps.end(); ++c) {
+            const QString sql = joined(c.value().toObject().value("SelectSQL"));
+            if (!sql.trimmed().isEmpty()) l.selects.insert(c.key(), sql);
+        }
+        out << l;
     }
     return out;
 }
 
 QString lookupSelect(const QString& cls) {
-    return lookupSelects().value(cls + ".pFIBDataSet1");
+    for (const Lookup& l : lookups())
+        if (l.cls == cls) return l.selects.value("pFIBDataSet1");
+    return {};
 }
 
 // The context a host gives these frames: the administrator's shop 1 and branch 101, the first
-// kinds, types and documents that have demo rows.
-Values frameContext() {
-    return {{"id_classif_type", 0},
-            {"set_for", 0},
-            {"classif_type1", 1001},
-            {"id_classif", 4},
-            {"status", 15},
-            {"shopindex", 1},
-            {"filial", 101},
-            {"id", -2},
-            {"client_index", 1},
-            {"likpaymodule", 0},
-            {"likorder", 0},
-            {"likproduction", 0},
-            {"likcorrectgoodmove", 0},
-            {"doctype", 1},
-            {"dockind", 1},
-            {"basedockind", 1},
-            {"kind", 1},
-            {"placeindex", 55},
-            {"zone_kind", 2},
-            {"articul", "500-0001"},
-            {"firm", 1},
-            {"hrc_filial", 1},
-            {"producttype", 1},
-            {"product", "3e9d4f51-8062-4d43-a134-000000000501"},
-            {"opertype", 1},
-            {"vtovar", -1},
-            {"vcountry", -1},
-            {"dt", QDate::currentDate()},
-            {"activity_kind", 1},
-            {"equipment_type", 1},
-            {"show_shortcuts", 1},
-            {"superfilial", 1}};
-}
-
-// Frames whose context differs from the common one: characteristics of contact persons have
-// kinds of their own.
-Values frameContext(const QString& cls) {
-    Values v = frameContext();
+// kinds, types and documents that have demo rows. Characteristics of contact persons have kinds
+// of their own.
+Values frameContext(const QString& cls = {}) {
+    Values v{{"articul", "500-0001"},
+             {"product", "3e9d4f51-8062-4d43-a134-000000000501"},
+             {"dt", QDate::currentDate()}};
+    const QString ints = "id_classif_type=0 set_for=0 classif_type1=1001 id_classif=4 status=15 shopindex=1 "
+                         "filial=101 id=-2 client_index=1 likpaymodule=0 likorder=0 likproduction=0 "
+                         "likcorrectgoodmove=0 doctype=1 dockind=1 basedockind=1 kind=1 placeindex=55 "
+                         "zone_kind=2 firm=1 hrc_filial=1 producttype=1 opertype=1 vtovar=-1 vcountry=-1 "
+                         "activity_kind=1 equipment_type=1 show_shortcuts=1 superfilial=1";
+    for (const QString& kv : ints.split(' ')) v.insert(kv.section('=', 0, 0), kv.section('=', 1).toInt());
     if (cls == "TFirmStaffInfoRef_LF") v["kind"] = 11;
     return v;
 }
@@ -191,33 +142,36 @@ protected:
 } // namespace
 
 TEST_F(StructureSchema, EveryLookupListShowsRowsInTheContextItsFrameGets) {
-    const auto selects = lookupSelects();
-    const Values context = frameContext();
+    const QList<Lookup> all = lookups();
     QStringList failures;
     int checked = 0;
-    for (auto it = selects.begin(); it != selects.end(); ++it) {
-        if (!readsStructureTables(it.value())) continue;
-        ++checked;
-        try {
-            if (select(db(), it.value(), frameContext(it.key().section('.', 0, 0))).isEmpty())
-                failures << it.key() + ": no rows";
-        } catch (const std::exception& e) {
-            failures << it.key() + ": " + QString::fromUtf8(e.what());
+    for (const Lookup& l : all)
+        for (auto it = l.selects.begin(); it != l.selects.end(); ++it) {
+            if (!readsStructureTables(it.value())) continue;
+            ++checked;
+            try {
+                if (select(db(), it.value(), frameContext(l.cls)).isEmpty())
+                    failures << l.cls + "." + it.key() + ": no rows";
+            } catch (const std::exception& e) {
+                failures << l.cls + "." + it.key() + ": " + QString::fromUtf8(e.what());
+            }
         }
-    }
     EXPECT_GE(checked, 45);
     EXPECT_TRUE(failures.isEmpty()) << failures.join("\n").toStdString();
 
     // A viewed record holding the list's first key finds its row through the one-row select.
     // TCfo_LF's one-row select names an alias its FROM does not define and cannot prepare.
     failures.clear();
-    for (const Lookup& l : lookups()) {
+    for (const Lookup& l : all) {
+        const QString list = l.selects.value("pFIBDataSet1");
         if (l.refresh.trimmed().isEmpty() || l.keyField.isEmpty() || l.cls == "TCfo_LF" ||
-            !readsStructureTables(l.select))
+            !readsStructureTables(list))
             continue;
         try {
             Values v = frameContext(l.cls);
-            const QVariant key = firstValue(db(), l.select, v, l.keyField);
+            QStringList names;
+            const QVariant key =
+                select(db(), list, v, &names).value(0).value(names.indexOf(l.keyField.toUpper()));
             v[l.keyField.toLower()] = key;
             v["old_" + l.keyField.toLower()] = key;
             if (select(db(), l.refresh, v).isEmpty())
@@ -230,7 +184,7 @@ TEST_F(StructureSchema, EveryLookupListShowsRowsInTheContextItsFrameGets) {
 
     // Size scales narrowed to a kind of goods and a country, and to a pair that has none.
     const QString scales = lookupSelect("TRzScale_LF");
-    Values c = context;
+    Values c = frameContext();
     c["vtovar"] = 1; // shoes
     c["vcountry"] = 5;
     EXPECT_EQ(column(select(db(), scales, c), 1), QStringList{"Размеры обуви (Европа)"});
@@ -315,19 +269,14 @@ TEST_F(StructureSchema, RoundingRulesListAndRound) {
     EXPECT_GT(added[0][0].toInt(), 17);
     EXPECT_THROW(exec("insert into ROUND_ALG (ID, NAME, STEP) values (5, 'Не специальное', 1)"), db::Error);
 
-    const Rows r =
-        select(db(), "select round_value(123.45, 13), round_value(123.99, 13), round_value(1234.5, 14),"
-                     " round_value(123.45, 15), round_value(123.45, 11), round_value(123.45, -2),"
-                     " round_value(123.456, 2), round_value(123.45, 99) from rdb$database");
-    ASSERT_EQ(r.size(), 1);
-    EXPECT_DOUBLE_EQ(r[0][0].toDouble(), 123.99);
-    EXPECT_DOUBLE_EQ(r[0][1].toDouble(), 123.99);
-    EXPECT_DOUBLE_EQ(r[0][2].toDouble(), 1239.0);
-    EXPECT_DOUBLE_EQ(r[0][3].toDouble(), 120.0);
-    EXPECT_DOUBLE_EQ(r[0][4].toDouble(), 123.5);
-    EXPECT_DOUBLE_EQ(r[0][5].toDouble(), 100.0);
-    EXPECT_DOUBLE_EQ(r[0][6].toDouble(), 123.46);
-    EXPECT_TRUE(r[0][7].isNull());
+    const std::pair<const char*, double> rounded[] = {
+        {"123.45, 13", 123.99}, {"123.99, 13", 123.99}, {"1234.5, 14", 1239},  {"123.45, 15", 120},
+        {"123.45, 11", 123.5},  {"123.45, -2", 100},    {"123.456, 2", 123.46}};
+    for (auto [args, expected] : rounded)
+        EXPECT_DOUBLE_EQ(scalar(QString("select round_value(%1) from rdb$database").arg(args)).toDouble(),
+                         expected)
+            << args;
+    EXPECT_TRUE(scalar("select round_value(123.45, 99) from rdb$database").isNull());
 }
 
 TEST_F(StructureSchema, ShopTreeUsersAndLegalEntitiesFitTogether) {
@@ -356,24 +305,13 @@ TEST_F(StructureSchema, ShopTreeUsersAndLegalEntitiesFitTogether) {
     EXPECT_GE(select(db(), lookupSelect("TFromName_LF")).size(), 3);
     const QString c1 =
         " and exists(select 1 from clients where id_clients=link_to_client and client_type=0 and status=3)";
-    EXPECT_TRUE(select(db(), "select LINK_TO_CLIENT from TH_CLASSIF where ID_TH_CLASSIF=102" + c1).isEmpty());
-    EXPECT_EQ(
-        select(db(), "select LINK_TO_CLIENT from TH_CLASSIF where ID_TH_CLASSIF=101" + c1).value(0).value(0),
-        QVariant(1));
-    EXPECT_EQ(
-        select(db(),
-               "select LINK_TO_CLIENT from TH_CLASSIF_CLIENT where ID_TH_CLASSIF=101 and ID_USER=1" + c1)
-            .value(0)
-            .value(0),
-        QVariant(4));
-    EXPECT_TRUE(
-        select(db(),
-               "select LINK_TO_CLIENT from TH_CLASSIF_CLIENT where ID_TH_CLASSIF=102 and ID_USER=2" + c1)
-            .isEmpty());
-    // A saved default is rewritten in place.
-    exec("update or insert into th_classif_client(id_th_classif,id_user,link_to_client) values(101,1,2)");
-    EXPECT_EQ(scalar("select count(*) from TH_CLASSIF_CLIENT where ID_TH_CLASSIF=101 and ID_USER=1").toInt(),
-              1);
+    auto linked = [&](const QString& sql) { return select(db(), sql + c1).value(0).value(0); };
+    EXPECT_FALSE(linked("select LINK_TO_CLIENT from TH_CLASSIF where ID_TH_CLASSIF=102").isValid());
+    EXPECT_EQ(linked("select LINK_TO_CLIENT from TH_CLASSIF where ID_TH_CLASSIF=101"), QVariant(1));
+    EXPECT_EQ(linked("select LINK_TO_CLIENT from TH_CLASSIF_CLIENT where ID_TH_CLASSIF=101 and ID_USER=1"),
+              QVariant(4));
+    EXPECT_FALSE(linked("select LINK_TO_CLIENT from TH_CLASSIF_CLIENT where ID_TH_CLASSIF=102 and ID_USER=2")
+                     .isValid());
 
     // Client lists by status: every status has clients; 5 means suppliers and both.
     Values v = frameContext();
