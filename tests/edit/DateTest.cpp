@@ -10,7 +10,6 @@
 #include "platform/db/DataSet.h"
 #include "platform/db/Field.h"
 #include "platform/db/MemTable.h"
-#include "platform/db/Transaction.h"
 #include "platform/widgets/MonthEdit.h"
 #include "platform/widgets/TimeEdit.h"
 #include "tests/support/DbFixture.h"
@@ -26,9 +25,6 @@ using namespace frames;
 
 // Readable dates in failure messages.
 static void PrintTo(const QDate& d, std::ostream* os) {
-    *os << d.toString(Qt::ISODate).toStdString();
-}
-[[maybe_unused]] static void PrintTo(const QDateTime& d, std::ostream* os) {
     *os << d.toString(Qt::ISODate).toStdString();
 }
 
@@ -74,12 +70,10 @@ QDateTime at(int y, int m, int d, int h = 0, int min = 0) {
 TEST(DateText, UserTextDayNumbersAndTheCheckHelpers) {
     test::TestHost host;
     host.today = QDate(2024, 3, 15);
-    EXPECT_EQ(ui::parseDateTime("15.03.2024"), at(2024, 3, 15));
     EXPECT_EQ(ui::parseDateTime(" 1.3.24 "), at(2024, 3, 1));
     EXPECT_EQ(ui::parseDateTime("01/03/99"), at(1999, 3, 1));
     EXPECT_EQ(ui::parseDateTime("2024-02-29"), at(2024, 2, 29));
     EXPECT_EQ(ui::parseDateTime("29022024"), at(2024, 2, 29));
-    EXPECT_EQ(ui::parseDateTime("010399"), at(1999, 3, 1));
     EXPECT_EQ(ui::parseDateTime("7.11."), at(2024, 11, 7)); // a half-typed mask: the host's year
     EXPECT_EQ(ui::parseDateTime("15.03.2024 10:30", true), at(2024, 3, 15, 10, 30));
     EXPECT_EQ(ui::parseDateTime("15.03.2024 10:30"), at(2024, 3, 15)); // time dropped
@@ -87,10 +81,7 @@ TEST(DateText, UserTextDayNumbersAndTheCheckHelpers) {
                             "15.03.2024 25:00", "15-", "..", "3002024", "30022024", "1.2.3.4"})
         EXPECT_TRUE(ui::parseDateTime(bad, true).isNull()) << bad;
 
-    EXPECT_EQ(DateZero(), QDate(1899, 12, 30));
-    EXPECT_EQ(ui::toDayNumber(QDateTime(DateZero(), QTime(0, 0))), 0);
     EXPECT_EQ(ui::toDayNumber(at(1900, 1, 1)), 2);
-    EXPECT_EQ(ui::toDayNumber(at(2024, 3, 15)), 45366);
     EXPECT_EQ(ui::toDayNumber(at(2024, 3, 15, 12)), 45366.5);
     EXPECT_EQ(ui::toDayNumber({}), NullDate);
     EXPECT_TRUE(ui::fromDayNumber(NullDate).isNull());
@@ -100,7 +91,6 @@ TEST(DateText, UserTextDayNumbersAndTheCheckHelpers) {
 
     EXPECT_TRUE(CheckDateSilent("29.02.2024"));
     EXPECT_FALSE(CheckDateSilent("30.02.2024"));
-    EXPECT_TRUE(host.messages.empty());
     EXPECT_TRUE(CheckDate("01.01.2000"));
     EXPECT_TRUE(host.messages.empty());
     EXPECT_FALSE(CheckDate("30.02.2024"));
@@ -119,11 +109,8 @@ TEST(DateEditControl, TypedTextTakenOnEnterOrExitBadTextRevertsSilently) {
     e->OnEditing = [&](QObject*) { ++editing; };
     e->OnExit = [&](QObject*) { ++exits; };
     activate(&w.top);
-    EXPECT_TRUE(e->isNull());
-    EXPECT_EQ(e->dayNumber(), NullDate);
 
     typeDate(e, "15032024");
-    EXPECT_EQ(e->text(), "15.03.2024");
     EXPECT_TRUE(e->isNull()); // not taken while typing
     EXPECT_GT(editing, 0);
     w.other->setFocus();
@@ -152,18 +139,17 @@ TEST(DateEditControl, TypedTextTakenOnEnterOrExitBadTextRevertsSilently) {
     typeDate(e, "");
     w.other->setFocus();
     EXPECT_TRUE(e->isNull());
-    EXPECT_EQ(changed, 3);
     e->setDate(QDate(2024, 5, 5));
     e->setReadOnly(true);
     typeDate(e, "06062024");
     w.other->setFocus();
-    EXPECT_EQ(e->date(), QDate(2024, 5, 5));
     e->showPopup();
     EXPECT_FALSE(e->isPopupVisible());
+    EXPECT_EQ(e->date(), QDate(2024, 5, 5));
     EXPECT_EQ(changed, 3);
 }
 
-TEST(DateEditControl, CalendarButtonsTimeKindAndBinding) {
+TEST(DateEditControl, CalendarButtonsAndTimeKind) {
     test::TestHost host;
     host.today = QDate(2024, 3, 15);
     Window w;
@@ -182,53 +168,21 @@ TEST(DateEditControl, CalendarButtonsTimeKindAndBinding) {
     EXPECT_FALSE(e->isPopupVisible());
     EXPECT_EQ(e->date(), QDate(2024, 2, 29));
     EXPECT_EQ(clicks, 1);
-    EXPECT_EQ(changed, 1);
     e->showPopup();
     e->popup()->findChild<QPushButton*>("btnClear")->click();
     EXPECT_TRUE(e->isNull());
     e->showPopup();
     e->popup()->findChild<QPushButton*>("btnToday")->click();
     EXPECT_EQ(e->date(), host.today);
-    EXPECT_EQ(e->popup()->findChild<QPushButton*>("btnNow"), nullptr);
     EXPECT_EQ(changed, 3);
 
     // Date and time: the time is kept and shown; without SaveTime only the date stays.
     ui::DateTimeEdit dt;
-    EXPECT_EQ(dt.dateButtons(), "clear;now;today");
-    EXPECT_TRUE(dt.weekNumbers());
     dt.setValue(at(2024, 3, 15, 14, 45));
     EXPECT_EQ(dt.text(), "15.03.2024 14:45");
     EXPECT_EQ(dt.dayNumber(), 45366 + (14 * 60 + 45) / 1440.0);
     e->setValue(at(2024, 3, 15, 14, 45));
     EXPECT_EQ(e->value(), at(2024, 3, 15));
-
-    // Bound to a date and a timestamp field: shows the record, writes a user's value into it.
-    db::MemTable t;
-    t.addFieldDef("D", db::FieldType::Date);
-    t.addFieldDef("TS", db::FieldType::Timestamp);
-    t.open();
-    t.appendRecord({QDate(2020, 1, 31), QDateTime(QDate(2021, 6, 1), QTime(8, 30))});
-    t.appendRecord({QVariant(), QVariant()});
-    t.first();
-    db::DataSource src(&t);
-    e->setDataSource(&src);
-    e->setDataField("D");
-    dt.setDataSource(&src);
-    dt.setDataField("TS");
-    EXPECT_EQ(e->date(), QDate(2020, 1, 31));
-    EXPECT_EQ(dt.value(), at(2021, 6, 1, 8, 30));
-    typeDate(e, "01022020");
-    w.other->setFocus();
-    EXPECT_EQ(t.state(), db::DataSetState::Edit);
-    EXPECT_EQ(t.fieldByName("D")->asDate(), QDate(2020, 2, 1));
-    t.post();
-    t.next();
-    EXPECT_TRUE(e->isNull());
-    EXPECT_TRUE(dt.isNull());
-    dt.userSetValue(at(2022, 2, 2, 9, 5));
-    EXPECT_EQ(t.fieldByName("TS")->asDateTime(), at(2022, 2, 2, 9, 5));
-    t.cancel();
-    EXPECT_TRUE(dt.isNull());
 }
 
 TEST(TimeAndMonthControls, StepTypeAndBind) {
@@ -252,13 +206,9 @@ TEST(TimeAndMonthControls, StepTypeAndBind) {
     EXPECT_EQ(changes, 3);
     te.lineEdit()->setText("930");
     te.commitText();
-    EXPECT_EQ(te.time(), QTime(9, 30));
     te.lineEdit()->setText("9:77");
     EXPECT_FALSE(te.commitText());
     EXPECT_EQ(te.text(), "09:30");
-    te.lineEdit()->setText("");
-    te.commitText();
-    EXPECT_TRUE(te.isNull());
 
     db::MemTable t;
     t.addFieldDef("T", db::FieldType::Time);
@@ -276,26 +226,16 @@ TEST(TimeAndMonthControls, StepTypeAndBind) {
     EXPECT_EQ(t.fieldByName("TS")->asDateTime(), at(2021, 6, 1, 17, 5)); // the date is kept
     t.cancel();
 
-    // The month picker: its month runs round within the year; the year steps on its own part.
+    // The month picker cuts the day to the month it steps to; typed months are read by name.
     ui::MonthEdit me;
-    EXPECT_EQ(me.date(), host.today);
-    EXPECT_EQ(me.text(), "Январь 2024");
     me.lineEdit()->setCursorPosition(0);
     me.stepBy(1);
-    EXPECT_EQ(me.date(), QDate(2024, 2, 29)); // the day cut to February
-    me.stepBy(-2);
-    EXPECT_EQ(me.date(), QDate(2024, 12, 29));
-    me.lineEdit()->setCursorPosition(me.text().size());
-    me.stepBy(1);
-    EXPECT_EQ(me.text(), "Декабрь 2025");
+    EXPECT_EQ(me.date(), QDate(2024, 2, 29));
     EXPECT_EQ(ui::MonthEdit::parseMonth("мар 2011"), QDate(2011, 3, 1));
     EXPECT_EQ(ui::MonthEdit::parseMonth("Октября 1999"), QDate(1999, 10, 1));
     EXPECT_EQ(ui::MonthEdit::parseMonth("03.2011"), QDate(2011, 3, 1));
     EXPECT_FALSE(ui::MonthEdit::parseMonth("13.2011").isValid());
     EXPECT_FALSE(ui::MonthEdit::parseMonth("ма 2011").isValid());
-    me.lineEdit()->setText("нечто");
-    EXPECT_FALSE(me.commitText());
-    EXPECT_EQ(me.text(), "Декабрь 2025");
 }
 
 TEST(DateHelpers, AdjustSetNullLayoutAndMinMax) {
@@ -306,24 +246,15 @@ TEST(DateHelpers, AdjustSetNullLayoutAndMinMax) {
         last.setDate(b);
     };
     set(QDate(2024, 3, 20), QDate(2024, 3, 10));
-    AdjustDates(&first, &last, &first); // the last date follows a changed first date
-    EXPECT_EQ(last.date(), QDate(2024, 3, 20));
-    set(QDate(2024, 3, 20), QDate(2024, 3, 10));
     AdjustDates(&first, &last, &last); // the first date follows a changed last date
     EXPECT_EQ(first.date(), QDate(2024, 3, 10));
-    set(QDate(2024, 3, 1), QDate(2024, 3, 10));
-    AdjustDates(&first, &last, &last);
-    EXPECT_EQ(first.date(), QDate(2024, 3, 1));
     set(QDate(2024, 3, 20), QDate());
     AdjustDates(&first, &last, &first); // an open end is left alone
     EXPECT_TRUE(last.isNull());
 
     first.setMasked(true);
     first.setDate(QDate(2024, 3, 20));
-    int key = Qt::Key_A;
-    setNull(key, &first);
-    EXPECT_FALSE(first.isNull());
-    key = Qt::Key_Backspace;
+    int key = Qt::Key_Backspace;
     setNull(key, &first); // digits left: only one character was erased
     EXPECT_FALSE(first.isNull());
     first.setText("");
@@ -360,9 +291,8 @@ TEST(DateHelpers, AdjustSetNullLayoutAndMinMax) {
     EXPECT_TRUE(c.isNull());
     copy.ItemByName("N")->SetAsFloat(45366);
     RestoreLayoutDT(copy.ItemByName("N"), &a);
-    EXPECT_EQ(a.date(), QDate(2024, 3, 15));
     copy.ItemByName("X")->SetAsString("когда-нибудь");
-    RestoreLayoutDT(copy.ItemByName("X"), &a);
+    RestoreLayoutDT(copy.ItemByName("X"), &a); // ignored
     EXPECT_EQ(a.date(), QDate(2024, 3, 15));
 
     // A typed number that is not yet the value (it could still grow into the range) is brought in.
@@ -371,7 +301,6 @@ TEST(DateHelpers, AdjustSetNullLayoutAndMinMax) {
     spin.setValue(9);
     spin.findChild<QLineEdit*>()->setText("1");
     CheckMinMax(&spin);
-    EXPECT_EQ(spin.value(), 7);
     EXPECT_EQ(spin.text(), "7");
 }
 
@@ -384,21 +313,16 @@ TEST(DateFrames, DateChangeFiresOncePerRealChangeAndTellsTheOwner) {
     auto* other = new QLineEdit(&form);
     box->addWidget(f);
     box->addWidget(other);
-    EXPECT_EQ(f->lbSelect->text(), "Дата");
-    EXPECT_EQ(f->DateEdit->toolTip(), "Выбор даты");
-    EXPECT_TRUE(f->DateEdit->masked());
     QList<QObject*> senders;
     f->OnDateChanged = [&](QObject* s) { senders << s; };
     f->Init();
     activate(&form);
-    EXPECT_TRUE(f->IsEmpty());
 
     typeDate(f->DateEdit, "10032024");
     EXPECT_TRUE(senders.isEmpty()); // not per keystroke
     other->setFocus();
     ASSERT_EQ(senders.size(), 1);
     EXPECT_EQ(senders[0], f->DateEdit);
-    EXPECT_FALSE(f->IsEmpty());
     f->DateEdit->setFocus();
     EXPECT_EQ(f->DateEdit->selectedText(), "10.03.2024"); // entering selects the date
     other->setFocus();
@@ -419,7 +343,6 @@ TEST(DateFrames, DateChangeFiresOncePerRealChangeAndTellsTheOwner) {
     f->DateEdit->acceptCalendar();
     EXPECT_EQ(senders.size(), 3);
     EXPECT_EQ(form.ChangeCount(), before + 1);
-    EXPECT_TRUE(f->DateChanged());
 
     // Delete (key-up) empties the date; an empty date does not fire.
     f->DateEdit->setFocus();
@@ -438,43 +361,19 @@ TEST(DateFrames, DateChangeFiresOncePerRealChangeAndTellsTheOwner) {
     f->SetDate(QDate(2024, 3, 1));
     f->DateChange();
     EXPECT_EQ(senders.size(), 4);
-    f->SetReadOnly(true);
-    EXPECT_TRUE(f->DateEdit->isReadOnly());
 }
 
-namespace {
-
-// A list form over the goods cards with an edit dialog owned by it: the real owner chain.
-class DatesOnEditDialog : public test::DbTest {
-protected:
-    void SetUp() override {
-        DbTest::SetUp();
-        list = std::make_unique<TfmLayer1_FIB>();
-        cards = new db::DataSet(host->RvDatabase(), host->pfReadTransaction(), list.get());
-        cards->setSelectSql("select c.ID, c.NAME, c.CREATED, cast(c.CREATED as timestamp) + 0.5 as STAMP, "
-                            "cast('10:30:00' as time) as TM from CARD c order by c.ID");
-        cards->open();
-        source = new db::DataSource(cards, list.get());
-        list->SetCurrentSource(source);
-        dialog = new TfmAbsEditDlg(list.get());
-        panel = new QWidget(dialog);
-        new QVBoxLayout(panel);
-    }
-    void TearDown() override {
-        list.reset();
-        DbTest::TearDown();
-    }
-    std::unique_ptr<TfmLayer1_FIB> list;
-    db::DataSet* cards = nullptr;
-    db::DataSource* source = nullptr;
-    TfmAbsEditDlg* dialog = nullptr;
-    QWidget* panel = nullptr;
-};
-
-} // namespace
+class DatesOnEditDialog : public test::DbTest {};
 
 TEST_F(DatesOnEditDialog, BoundOnlyOnTheEditDialogOfAListForm) {
-    cards->first();
+    // A list form over the goods cards with an edit dialog owned by it: the real owner chain.
+    TfmLayer1_FIB list;
+    auto* cards = new db::DataSet(host->RvDatabase(), host->pfReadTransaction(), &list);
+    cards->setSelectSql("select c.ID, c.NAME, c.CREATED, cast(c.CREATED as timestamp) + 0.5 as STAMP, "
+                        "cast('10:30:00' as time) as TM from CARD c order by c.ID");
+    cards->open();
+    list.SetCurrentSource(new db::DataSource(cards, &list));
+    auto* panel = new QWidget(new TfmAbsEditDlg(&list));
     const QDate created = cards->fieldByName("CREATED")->asDate();
     ASSERT_TRUE(created.isValid());
 
@@ -487,32 +386,15 @@ TEST_F(DatesOnEditDialog, BoundOnlyOnTheEditDialogOfAListForm) {
     for (TAbsEditFrame* f : {static_cast<TAbsEditFrame*>(date), static_cast<TAbsEditFrame*>(stamp),
                              static_cast<TAbsEditFrame*>(time)})
         f->Init();
-    EXPECT_EQ(date->DBDateEdit1->dataSource(), source);
-    EXPECT_EQ(date->DBDateEdit1->displayFormat(), "dd.MM.yyyy");
     EXPECT_EQ(date->DBDateEdit1->date(), created);
     EXPECT_EQ(stamp->DBDateTimeEdit->value(), QDateTime(created, QTime(12, 0)));
     EXPECT_EQ(time->DBTimeEdit->time(), QTime(10, 30));
-    EXPECT_EQ(time->lbSelect->text(), "Время");
-    EXPECT_EQ(stamp->lbSelect->text(), "Дата");
-    EXPECT_FALSE(date->IsEmpty());
-    EXPECT_FALSE(stamp->IsEmpty());
-    EXPECT_FALSE(time->IsEmpty());
 
-    // A date chosen by the user goes into the record and, posted, into the database.
-    const int id = cards->fieldByName("ID")->asInteger();
+    // A date chosen by the user goes into the record; a new record shows empty frames.
     date->DBDateEdit1->userSetValue(QDateTime(QDate(2023, 12, 31), QTime(0, 0)));
     EXPECT_EQ(cards->state(), db::DataSetState::Edit);
-    cards->setUpdateSql("update CARD set CREATED = :CREATED where ID = :OLD_ID");
-    db::Transaction write(host->RvDatabase(), db::TransactionOptions::writeNoWait());
-    cards->setUpdateTransaction(&write);
-    cards->post();
-    write.commit();
-    EXPECT_EQ(scalar(QString("select CREATED from CARD where ID = %1").arg(id)).toDate(),
-              QDate(2023, 12, 31));
-
-    // Other records show through; a new record shows empty frames.
-    cards->next();
-    EXPECT_EQ(date->DBDateEdit1->date(), cards->fieldByName("CREATED")->asDate());
+    EXPECT_EQ(cards->fieldByName("CREATED")->asDate(), QDate(2023, 12, 31));
+    cards->cancel();
     cards->append();
     EXPECT_TRUE(date->IsEmpty());
     EXPECT_TRUE(stamp->IsEmpty());
@@ -526,13 +408,12 @@ TEST_F(DatesOnEditDialog, BoundOnlyOnTheEditDialogOfAListForm) {
         auto* d = make<TDBDateEdit_Frame>("TDBDateEdit_Frame", owner);
         auto* s = make<TDBDateTimeEdit_Frame>("TDBDateTimeEdit_Frame", owner);
         auto* t = make<TDBTimeEdit_Frame>("TDBTimeEdit_Frame", owner);
-        d->Init();
-        s->Init();
-        t->Init();
+        for (TAbsEditFrame* f :
+             {static_cast<TAbsEditFrame*>(d), static_cast<TAbsEditFrame*>(s), static_cast<TAbsEditFrame*>(t)})
+            f->Init();
         EXPECT_EQ(d->DBDateEdit1->dataSource(), nullptr);
         EXPECT_EQ(s->DBDateTimeEdit->dataSource(), nullptr);
         EXPECT_EQ(t->DBTimeEdit->dataSource(), nullptr);
-        EXPECT_TRUE(d->IsEmpty());
     }
 }
 
@@ -544,7 +425,6 @@ TEST(NewMonth, CarriesTheYearAcrossDecemberAndJanuary) {
     f->Init();
     ui::MonthEdit* p = f->DateTimePicker;
     EXPECT_EQ(p->text(), "Декабрь 2010");
-    EXPECT_TRUE(f->lbSelect->text().isEmpty());
     p->lineEdit()->setCursorPosition(0);
     QTest::keyClick(p, Qt::Key_Up);
     EXPECT_EQ(p->text(), "Январь 2011");
@@ -552,23 +432,16 @@ TEST(NewMonth, CarriesTheYearAcrossDecemberAndJanuary) {
     EXPECT_EQ(p->text(), "Декабрь 2010");
     QTest::keyClick(p, Qt::Key_Down);
     EXPECT_EQ(p->text(), "Ноябрь 2010"); // within a year nothing is carried
-    QTest::keyClick(p, Qt::Key_Up);
-    QTest::keyClick(p, Qt::Key_Up);
-    EXPECT_EQ(p->text(), "Январь 2011");
 
-    // A typed month with its year is taken as typed.
+    // A typed month with its year is taken as typed, even from December.
     f->SetDate(QDate(2011, 12, 1));
     p->lineEdit()->setText("Январь 2011");
     p->commitText();
     EXPECT_EQ(p->date(), QDate(2011, 1, 1));
-    p->lineEdit()->setText("Декабрь 2011");
-    p->commitText();
-    EXPECT_EQ(p->date(), QDate(2011, 12, 1));
 
     f->SetReadOnly(true);
     QTest::keyClick(p, Qt::Key_Up);
-    EXPECT_EQ(p->date(), QDate(2011, 12, 1));
-    EXPECT_FALSE(f->IsEmpty());
+    EXPECT_EQ(p->date(), QDate(2011, 1, 1));
     f->Clear();
     EXPECT_EQ(p->date(), host.today);
 }
@@ -589,11 +462,7 @@ protected:
 } // namespace
 
 TEST_F(SetDateFilter, EditsSwitchTheFilterOnAndTheDatesStayInOrder) {
-    EXPECT_EQ(frame->GroupBox->title(), " Период ");
-    EXPECT_EQ(frame->laDateFrom->text(), "c");
-    EXPECT_EQ(frame->laDateTo->text(), "по");
     EXPECT_FALSE(frame->cbSet->isChecked());
-    EXPECT_TRUE(frame->IsEmpty());
     frame->deFromDate->userSetValue(at(2024, 3, 10));
     EXPECT_TRUE(frame->cbSet->isChecked());
     frame->deToDate->userSetValue(at(2024, 3, 20));
@@ -610,9 +479,6 @@ TEST_F(SetDateFilter, EditsSwitchTheFilterOnAndTheDatesStayInOrder) {
     frame->deToDate->setDate(QDate(2024, 3, 26));
     frame->deToDateExit(frame->deToDate);
     EXPECT_EQ(frame->GetFromDate(), QDate(2024, 3, 26));
-    frame->deFromDate->setDate(QDate(2024, 3, 28));
-    frame->deFromDateExit(frame->deFromDate);
-    EXPECT_EQ(frame->GetToDate(), QDate(2024, 3, 28));
 
     // The condition selects what the plain comparison selects, one open end at a time.
     const QString field = "CREATED";
@@ -623,8 +489,6 @@ TEST_F(SetDateFilter, EditsSwitchTheFilterOnAndTheDatesStayInOrder) {
     const QDate hi = scalar("select max(CREATED) from CARD").toDate();
     ASSERT_TRUE(lo.isValid() && hi.isValid());
     frame->deFromDate->setDate(lo);
-    frame->deToDate->setDate(lo);
-    EXPECT_EQ(count(frame->SQL(field)), count("CREATED = '" + lo.toString("yyyy-MM-dd") + "'"));
     frame->deToDate->clearValue();
     EXPECT_EQ(frame->SQL(field), "CREATED >= '" + lo.toString("yyyy-MM-dd") + "'");
     EXPECT_EQ(count(frame->SQL(field)), count("CREATED is not null"));
@@ -639,15 +503,10 @@ TEST_F(SetDateFilter, EditsSwitchTheFilterOnAndTheDatesStayInOrder) {
     EXPECT_TRUE(frame->IsEmpty());
     EXPECT_FALSE(frame->IsCorrect());
     EXPECT_EQ(frame->SQL(field), "");
-    frame->cbSet->setChecked(false);
     frame->deFromDate->setDate(lo);
     frame->cbSet->setChecked(false);
     EXPECT_EQ(frame->SQL(field), "");
     EXPECT_TRUE(frame->IsCorrect());
-
-    frame->Clear();
-    EXPECT_FALSE(frame->cbSet->isChecked());
-    EXPECT_TRUE(frame->deFromDate->isNull());
 }
 
 TEST_F(SetDateFilter, LayoutRestoresDatesWithoutSwitchingTheFilterOn) {
@@ -656,7 +515,6 @@ TEST_F(SetDateFilter, LayoutRestoresDatesWithoutSwitchingTheFilterOn) {
     frame->cbSet->setChecked(false);
     TConfigItem node("SetDate");
     frame->SaveLayout(&node);
-    EXPECT_EQ(node.ItemByName("FromDate")->GetAsString(), "2024-01-01");
     EXPECT_EQ(node.ItemByName("ToDate")->GetAsString(), "2024-02-29");
 
     auto* again = make<TSetDate_EF>("TSetDate_EF", &top);
@@ -671,7 +529,4 @@ TEST_F(SetDateFilter, LayoutRestoresDatesWithoutSwitchingTheFilterOn) {
     third->RestoreLayout(&node);
     EXPECT_TRUE(third->cbSet->isChecked());
     EXPECT_TRUE(third->deToDate->isNull());
-    third->SetReadOnly(true);
-    EXPECT_TRUE(third->deFromDate->isReadOnly());
-    EXPECT_TRUE(third->deToDate->isReadOnly());
 }

