@@ -1,6 +1,7 @@
 #pragma once
 // A scratch database per test: created in a temporary directory, dropped with it.
 #include "platform/db/Database.h"
+#include "platform/db/Error.h"
 #include "platform/db/Transaction.h"
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -28,5 +29,16 @@ protected:
     std::unique_ptr<Database> db;
     std::unique_ptr<Transaction> read;
 };
+
+// The error a call throws; a test failure (and an empty error) when it throws none.
+template <class F> Error thrown(F&& f) {
+    try {
+        f();
+    } catch (const Error& e) {
+        return e;
+    }
+    ADD_FAILURE() << "no error";
+    return Error(Error::Kind::Other, QString());
+}
 
 } // namespace frames::db::test

@@ -4,6 +4,7 @@
 
 using namespace frames::db;
 using frames::db::test::ScratchDb;
+using frames::db::test::thrown;
 
 namespace {
 
@@ -13,6 +14,12 @@ TEST(ScannedSql, NamesPrefixesCaseAndRepeats) {
     EXPECT_EQ(s.positionalSql, "select * from t where a = ? and b = ? and c = ? or d = ?");
     EXPECT_EQ(s.names, (QStringList{"Id", "NAME", "name_2$x"}));
     EXPECT_EQ(s.positions, (std::vector<int>{0, 1, 0, 2}));
+
+    // Bare question marks are positional parameters of their own.
+    const auto b = ScannedSql::scan("insert into t values (?, :a, ?)");
+    EXPECT_EQ(b.positions, (std::vector<int>{0, 1, 2}));
+    EXPECT_EQ(b.names[1], "a");
+    EXPECT_NE(b.names[0], b.names[2]);
 }
 
 TEST(ScannedSql, QuotesCommentsAndLookalikesAreNotParameters) {
@@ -20,7 +27,6 @@ TEST(ScannedSql, QuotesCommentsAndLookalikesAreNotParameters) {
                         " -- :comment ?c\n"
                         "from rdb$database /* :block ?b */ where a = :yes and b = ?";
     const auto s = ScannedSql::scan(sql);
-    EXPECT_EQ(s.names.size(), 2);
     EXPECT_EQ(s.names.value(0), "yes");
     EXPECT_EQ(s.positions, (std::vector<int>{0, 1}));
     // everything but the two markers is left as written
@@ -31,14 +37,6 @@ TEST(ScannedSql, QuotesCommentsAndLookalikesAreNotParameters) {
     EXPECT_TRUE(ScannedSql::scan("select a : b, c:").names.isEmpty());
     // unterminated quote: no crash, nothing found after it
     EXPECT_TRUE(ScannedSql::scan("select ':x").names.isEmpty());
-}
-
-TEST(ScannedSql, BareQuestionMarksArePositional) {
-    const auto s = ScannedSql::scan("insert into t values (?, :a, ?)");
-    EXPECT_EQ(s.names.size(), 3);
-    EXPECT_EQ(s.positions, (std::vector<int>{0, 1, 2}));
-    EXPECT_EQ(s.names[1], "a");
-    EXPECT_NE(s.names[0], s.names[2]);
 }
 
 TEST(ParamsList, RebuildKeepsValuesOfNamesThatStay) {
@@ -109,7 +107,6 @@ TEST_F(Parameters, StatementIsReusedWhileTextIsUnchanged) {
         q.exec();
     }
     EXPECT_EQ(q.value(0).toString(), "three");
-    EXPECT_EQ(Query::prepareCount() - before, 1u);
     q.setSql("select name from p where id = :id"); // same text
     q.exec();
     EXPECT_EQ(Query::prepareCount() - before, 1u);
@@ -136,41 +133,29 @@ TEST_F(Parameters, MissingNamesAndBadStatementsNameTheStatement) {
     Query q(db.get(), read.get());
     q.setSql("select name from p where id = :id");
     EXPECT_EQ(q.findParam("nope"), nullptr);
-    try {
-        q.paramByName("nope");
-        FAIL() << "no error";
-    } catch (const Error& e) {
-        EXPECT_EQ(e.kind(), Error::Kind::Configuration);
-        EXPECT_TRUE(e.text().contains("\"nope\"")) << e.text().toStdString();
-        EXPECT_TRUE(e.text().contains("select name from p where id = :id")) << e.text().toStdString();
-    }
+    Error e = thrown([&] { q.paramByName("nope"); });
+    EXPECT_EQ(e.kind(), Error::Kind::Configuration);
+    EXPECT_TRUE(e.text().contains("\"nope\"") && e.text().contains("select name from p where id = :id"))
+        << e.text().toStdString();
 
     DataSet ds(db.get(), read.get());
     ds.setObjectName("dsP");
     ds.setSelectSql("select id from p");
     EXPECT_THROW(ds.paramByName("x"), Error);
     ds.open();
-    try {
-        ds.fieldByName("NAME");
-        FAIL() << "no error";
-    } catch (const Error& e) {
-        EXPECT_EQ(e.kind(), Error::Kind::Configuration);
-        EXPECT_TRUE(e.text().contains("\"NAME\"")) << e.text().toStdString();
-        EXPECT_TRUE(e.text().contains("dsP")) << e.text().toStdString();
-        EXPECT_TRUE(e.text().contains("select id from p")) << e.text().toStdString();
-    }
+    e = thrown([&] { ds.fieldByName("NAME"); });
+    EXPECT_EQ(e.kind(), Error::Kind::Configuration);
+    EXPECT_TRUE(e.text().contains("\"NAME\"") && e.text().contains("dsP") &&
+                e.text().contains("select id from p"))
+        << e.text().toStdString();
 
     Query bad(db.get(), read.get());
     bad.setSql("select no_such_column from p");
-    try {
-        bad.exec();
-        FAIL() << "no error";
-    } catch (const Error& e) {
-        EXPECT_TRUE(e.text().contains("NO_SUCH_COLUMN")) << e.text().toStdString();
-        EXPECT_TRUE(e.text().contains("select no_such_column from p")) << e.text().toStdString();
-        EXPECT_EQ(e.sqlCode(), -206);
-        EXPECT_FALSE(e.gdsCodes().empty());
-    }
+    e = thrown([&] { bad.exec(); });
+    EXPECT_TRUE(e.text().contains("NO_SUCH_COLUMN") && e.text().contains("select no_such_column from p"))
+        << e.text().toStdString();
+    EXPECT_EQ(e.sqlCode(), -206);
+    EXPECT_FALSE(e.gdsCodes().empty());
 }
 
 } // namespace

@@ -43,16 +43,15 @@ TEST_F(Script, RunsStatementsInOrderAndNamesTheFailingOne) {
     q.exec();
     EXPECT_EQ(q.value(0).toString(), "ABC");
 
-    try {
-        db->executeScript("insert into s values (2, 'x');\ninsert into nowhere values (1);\ninsert into s "
-                          "values (3, 'y');");
-        FAIL() << "no error";
-    } catch (const Error& e) {
-        EXPECT_TRUE(e.text().contains("NOWHERE")) << e.text().toStdString();
-        EXPECT_TRUE(e.text().contains("insert into nowhere values (1)")) << e.text().toStdString();
-        EXPECT_TRUE(e.text().contains(" 2")) << e.text().toStdString(); // its ordinal
-    }
-    read->commit(); // see the latest data
+    const QString text =
+        frames::db::test::thrown([&] {
+            db->executeScript("insert into s values (2, 'x');\ninsert into nowhere values (1);\n"
+                              "insert into s values (3, 'y');");
+        }).text();
+    EXPECT_TRUE(text.contains("NOWHERE") && text.contains("insert into nowhere values (1)"))
+        << text.toStdString();
+    EXPECT_TRUE(text.contains(" 2")) << text.toStdString(); // its ordinal
+    read->commit();                                         // see the latest data
     q.setSql("select count(*) from s");
     q.exec();
     EXPECT_EQ(q.value(0).toInt(), 2); // the statement before the failure was committed

