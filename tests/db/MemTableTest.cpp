@@ -1,7 +1,5 @@
 #include "platform/db/MemTable.h"
 #include "DbTestUtil.h"
-#include "platform/db/DataSource.h"
-#include <QSignalSpy>
 #include <gtest/gtest.h>
 
 using namespace frames::db;
@@ -61,19 +59,10 @@ TEST_F(MemTables, RowsFieldsAndConversions) {
     EXPECT_TRUE(t.fieldByName("x")->asBoolean());
 }
 
-TEST_F(MemTables, StatesEventsAndSignals) {
-    std::vector<std::string> log;
-    t.beforePost.connect([&](AbstractDataSet&) { log.push_back("beforePost"); });
-    t.afterPost.connect([&](AbstractDataSet&) { log.push_back("afterPost"); });
-    t.onNewRecord.connect([&](AbstractDataSet& d) {
-        log.push_back("onNewRecord");
-        d.fieldByName("value")->setValue(9.99);
-    });
-    DataSource src(&t);
-    QSignalSpy state(&src, &DataSource::stateChanged);
-    QSignalSpy changed(&src, &DataSource::dataSetChanged);
-    QSignalSpy field(&src, &DataSource::fieldChanged);
-
+// The state machine is shared with DataSet (see DataSetTest); what follows is what only the
+// in-memory store does or what DataSet's tests do not reach: insert position, auto-post on scroll.
+TEST_F(MemTables, StatesAndScrolling) {
+    t.onNewRecord.connect([&](AbstractDataSet& d) { d.fieldByName("value")->setValue(9.99); });
     t.first();
     t.insert();
     EXPECT_DOUBLE_EQ(t.fieldByName("value")->asDouble(), 9.99);
@@ -81,10 +70,6 @@ TEST_F(MemTables, StatesEventsAndSignals) {
     t.post();
     EXPECT_EQ(ids(), (std::vector<int>{10, 3, 1, 2}));
     EXPECT_EQ(t.recNo(), 0);
-    EXPECT_EQ(log, (std::vector<std::string>{"onNewRecord", "beforePost", "afterPost"}));
-    EXPECT_EQ(state.count(), 2);
-    EXPECT_GE(changed.count(), 1);
-    EXPECT_GE(field.count(), 2);
 
     // Moving away from an unchanged insert drops it; from a changed edit posts it.
     t.append();
@@ -97,24 +82,16 @@ TEST_F(MemTables, StatesEventsAndSignals) {
     t.first();
     EXPECT_EQ(t.fieldByName("name")->asString(), "edited");
 
-    // An aborting beforePost keeps the edit buffer; cancel restores the row.
+    // Scrolling posts; a refused post keeps the row and the edit.
     const int tok = t.beforePost.connect([](AbstractDataSet&) { throw Error::configuration("no"); });
     t.edit();
     t.fieldByName("name")->setValue(QString("typed"));
-    EXPECT_THROW(t.post(), Error);
-    EXPECT_EQ(t.state(), DataSetState::Edit);
-    EXPECT_TRUE(t.modified());
-    EXPECT_EQ(t.fieldByName("name")->asString(), "typed");
-    EXPECT_THROW(t.next(), Error); // scrolling posts, which is refused
+    EXPECT_THROW(t.next(), Error);
     EXPECT_EQ(t.recNo(), 0);
+    EXPECT_EQ(t.fieldByName("name")->asString(), "typed");
     t.beforePost.disconnect(tok);
     t.cancel();
     EXPECT_EQ(t.fieldByName("name")->asString(), "edited");
-
-    // An aborting onNewRecord leaves the table browsing.
-    t.onNewRecord.connect([](AbstractDataSet&) { throw Error::configuration("no"); });
-    EXPECT_THROW(t.append(), Error);
-    EXPECT_EQ(t.state(), DataSetState::Browse);
 
     // Delete in insert state only cancels the insert.
     t.onNewRecord.clear();
@@ -128,28 +105,17 @@ TEST_F(MemTables, StatesEventsAndSignals) {
     EXPECT_FALSE(t.eof());
 }
 
-TEST_F(MemTables, SortingLocateAndBookmarks) {
+TEST_F(MemTables, SortingAndLocate) {
     t.locate("id", 1);
-    const auto bm = t.bookmark();
-    t.setSortKeys({{"name", true}});
-    EXPECT_EQ(ids(), (std::vector<int>{2, 3, 1})); // Белый, Красный, синий (case ignored)
-    EXPECT_EQ(t.fieldByName("id")->asInteger(), 1);
     t.setSortKeys({{"value", false}});
     EXPECT_EQ(ids(), (std::vector<int>{3, 2, 1})); // null last when descending
-    t.first();
-    t.gotoBookmark(bm);
     EXPECT_EQ(t.fieldByName("id")->asInteger(), 1);
     t.appendRecord({0, QString("a"), 100, QVariant()}); // appended rows are not re-sorted
     EXPECT_EQ(ids(), (std::vector<int>{3, 2, 1, 0}));
     EXPECT_TRUE(t.locate("NAME;id", {QString::fromUtf8("КРАС"), 3}, {true, true}));
     EXPECT_EQ(t.recNo(), 0);
-    EXPECT_FALSE(t.locate("day", QDate(2000, 1, 1)));
-    EXPECT_EQ(t.recNo(), 0);
     EXPECT_TRUE(t.locate("day", QString("2024-01-01")));
     EXPECT_EQ(t.fieldByName("id")->asInteger(), 1);
-    EXPECT_TRUE(t.bookmarkValid(bm));
-    t.close();
-    EXPECT_FALSE(t.bookmarkValid(bm));
 }
 
 } // namespace
