@@ -8,11 +8,11 @@
 namespace frames::test {
 
 struct BoundRecord {
-    // Fields of one type (size for text); no values: the table starts without a row.
+    // Fields of one type (size for text, scale for numbers); no values: the table starts without a row.
     BoundRecord(const QStringList& fields, const QVariantList& values,
-                db::FieldType type = db::FieldType::Integer, int size = 0) {
+                db::FieldType type = db::FieldType::Integer, int size = 0, int scale = 0) {
         record = new db::MemTable(&list);
-        for (const QString& f : fields) record->addFieldDef(f, type, size);
+        for (const QString& f : fields) record->addFieldDef(f, type, size, scale);
         record->open();
         if (!values.isEmpty()) record->appendRecord(values);
         source = new db::DataSource(record, &list);

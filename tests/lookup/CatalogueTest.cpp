@@ -2,8 +2,8 @@
 #include "frames/core/HostForms.h"
 #include "frames/core/Registry.h"
 #include "frames/lookup/LF_Abs.h"
-#include "platform/db/MemTable.h"
 #include "platform/db/Query.h"
+#include "tests/lookup/BoundRecord.h"
 #include "tests/support/DbFixture.h"
 #include <QDirIterator>
 #include <QJsonArray>
@@ -109,15 +109,8 @@ TEST_F(LookupCatalogue, EveryLookupInitialisesFreeStandingAndBound) {
         lf->pFIBDataSet1->first();
         const db::Field* key = lf->pFIBDataSet1->fieldByName(keyField);
         const QString dataField = lf->lcSelect->dataField().isEmpty() ? keyField : lf->lcSelect->dataField();
-        TfmLayer1_FIB list;
-        auto* record = new db::MemTable(&list);
-        record->addFieldDef(dataField, key->dataType(), key->size(), key->scale());
-        record->open();
-        record->appendRecord({key->value()});
-        db::DataSource source(record);
-        list.SetCurrentSource(&source);
-        auto* dialog = new TfmAbsEditDlg(&list);
-        std::unique_ptr<TAbsEditFrame> bound(Registry::instance().create(cls, dialog));
+        test::BoundRecord h({dataField}, {key->value()}, key->dataType(), key->size(), key->scale());
+        std::unique_ptr<TAbsEditFrame> bound(Registry::instance().create(cls, h.dialog));
         auto* blf = qobject_cast<TAbs_LF*>(bound.get());
         blf->lcSelect->setDataField(dataField);
         if (!guard([&] { blf->Init(); }) || !host->errors().isEmpty()) {
@@ -125,7 +118,7 @@ TEST_F(LookupCatalogue, EveryLookupInitialisesFreeStandingAndBound) {
                             blf->pFIBDataSet1->selectSql();
             continue;
         }
-        if (blf->lcSelect->dataSource() != &source)
+        if (blf->lcSelect->dataSource() != h.source)
             failures << cls + ": not bound on the edit dialog";
         else if (!key->isNull() && blf->lcSelect->isVisible() == lf->lcSelect->isVisible() &&
                  blf->lcSelect->displayText().isEmpty() && !blf->lcSelect->lookupDisplay().isEmpty())
