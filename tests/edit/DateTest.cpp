@@ -365,7 +365,7 @@ TEST(DateFrames, DateChangeFiresOncePerRealChangeAndTellsTheOwner) {
 
 class DatesOnEditDialog : public test::DbTest {};
 
-TEST_F(DatesOnEditDialog, BoundOnlyOnTheEditDialogOfAListForm) {
+TEST_F(DatesOnEditDialog, BoundOnTheEditDialogOfAListForm) {
     // A list form over the goods cards with an edit dialog owned by it: the real owner chain.
     TfmLayer1_FIB list;
     auto* cards = new db::DataSet(host->RvDatabase(), host->pfReadTransaction(), &list);
@@ -400,21 +400,6 @@ TEST_F(DatesOnEditDialog, BoundOnlyOnTheEditDialogOfAListForm) {
     EXPECT_TRUE(stamp->IsEmpty());
     EXPECT_TRUE(time->IsEmpty());
     cards->cancel();
-
-    // Anywhere else the editors stay unbound.
-    TfmAbsEditDlg lonely;
-    QWidget plain;
-    for (QWidget* owner : {static_cast<QWidget*>(&lonely), &plain}) {
-        auto* d = make<TDBDateEdit_Frame>("TDBDateEdit_Frame", owner);
-        auto* s = make<TDBDateTimeEdit_Frame>("TDBDateTimeEdit_Frame", owner);
-        auto* t = make<TDBTimeEdit_Frame>("TDBTimeEdit_Frame", owner);
-        for (TAbsEditFrame* f :
-             {static_cast<TAbsEditFrame*>(d), static_cast<TAbsEditFrame*>(s), static_cast<TAbsEditFrame*>(t)})
-            f->Init();
-        EXPECT_EQ(d->DBDateEdit1->dataSource(), nullptr);
-        EXPECT_EQ(s->DBDateTimeEdit->dataSource(), nullptr);
-        EXPECT_EQ(t->DBTimeEdit->dataSource(), nullptr);
-    }
 }
 
 TEST(NewMonth, CarriesTheYearAcrossDecemberAndJanuary) {
