@@ -105,12 +105,6 @@ TEST_F(LookupOnEditDialog, BlankRefreshSqlAndFreeStandingFramesReadTheWholeList)
     EXPECT_EQ(free->lcSelect->dataSource(), nullptr);
     EXPECT_EQ(free->pFIBDataSet1->recordCount(), all);
     EXPECT_EQ(traceLines("1: Change Lookup SQL"), 0);
-
-    // An edit dialog that is not owned by a list form does not bind either.
-    TfmAbsEditDlg lonely;
-    TAbs_LF* unbound = create("TAlgoritm_LF", &lonely);
-    unbound->Init();
-    EXPECT_EQ(unbound->lcSelect->dataSource(), nullptr);
 }
 
 // Empty means null or never assigned, not zero or empty text; Delete clears only without
