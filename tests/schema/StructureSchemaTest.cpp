@@ -160,13 +160,10 @@ TEST_F(StructureSchema, EveryLookupListShowsRowsInTheContextItsFrameGets) {
     EXPECT_TRUE(failures.isEmpty()) << failures.join("\n").toStdString();
 
     // A viewed record holding the list's first key finds its row through the one-row select.
-    // TCfo_LF's one-row select names an alias its FROM does not define and cannot prepare.
     failures.clear();
     for (const Lookup& l : all) {
         const QString list = l.selects.value("pFIBDataSet1");
-        if (l.refresh.trimmed().isEmpty() || l.keyField.isEmpty() || l.cls == "TCfo_LF" ||
-            !readsStructureTables(list))
-            continue;
+        if (l.refresh.trimmed().isEmpty() || l.keyField.isEmpty() || !readsStructureTables(list)) continue;
         try {
             Values v = frameContext(l.cls);
             QStringList names;
