@@ -112,8 +112,12 @@ void TRound_LF::AfterConstruction() {
 void TRound_LF::Init() {
     TAbs_LF::Init();
     db::DataSource* src = lcSelect->dataSource();
-    if (src && src->dataSet() && !lcSelect->dataField().isEmpty() && !src->dataSet()->inEditMode())
-        SetReadOnly(true);
+    db::AbstractDataSet* record = src && !lcSelect->dataField().isEmpty() ? src->dataSet() : nullptr;
+    if (record && !record->inEditMode()) SetReadOnly(true);
+    // A new record takes the frame's default rule, so that what the frame shows is what the
+    // record will store; an existing record is shown exactly as it is stored.
+    if (record && record->state() == db::DataSetState::Insert && isNull(lcSelect->keyValue()))
+        lcSelect->setKeyValue(stSelect->value());
     pFIBDataSet2->close();
     pFIBDataSet2->open();
     if (!pFIBDataSet2->isEmpty()) {
@@ -200,12 +204,32 @@ void TRound_LF::RefreshV() {
     stSelect->hide();
     spSelect->hide();
     const QVariant key = lcSelect->keyValue();
-    const bool special = isNull(key) ? GetReadOnly() : key.toInt() > MaxStandard;
+    if (isNull(key) && !GetReadOnly()) {
+        // No rule yet: neither kind is shown as chosen, so nothing on the screen suggests a value
+        // the record does not hold. Choosing a kind gives the frame that kind's value.
+        for (QRadioButton* rb : {rbSt, rbSp}) {
+            rb->setAutoExclusive(false);
+            rb->setChecked(false);
+            rb->setAutoExclusive(true);
+        }
+        stSelect->setEnabled(false);
+        spSelect->setEnabled(false);
+        return;
+    }
+    // A value the lists do not know shows in the special combo, named as unknown.
+    const bool special =
+        isNull(key) ? GetReadOnly() : key.toInt() > MaxStandard || !unknownRuleText().isEmpty();
     (special ? rbSp : rbSt)->setChecked(true);
-    // An empty value stays empty while it is only being shown; the user's own switch of the
-    // kind (rbClick from a radio button) gives it the kind's value.
-    showingEmpty_ = isNull(key);
     switchKind(true);
+}
+
+QString TRound_LF::unknownRuleText() const {
+    const QVariant key = lcSelect->keyValue();
+    if (isNull(key)) return QString();
+    const int k = key.toInt();
+    if (k >= MinStandard && k <= MaxStandard) return QString();
+    if (k > MaxStandard && isSpecialRule(key)) return QString();
+    return QString::fromUtf8("Неизвестное правило (%1)").arg(k);
 }
 
 void TRound_LF::rbClick() {
@@ -217,21 +241,22 @@ void TRound_LF::switchKind(bool showing) {
     const bool standard = rbSt->isChecked();
     stSelect->setEnabled(standard);
     spSelect->setEnabled(!standard);
-    const bool ro = GetReadOnly();
+    // Only the user's own switch of the kind gives the frame a new value; showing the value
+    // never changes it, so a stored rule the lists do not know stays as it is.
+    const bool writes = !showing && !GetReadOnly();
     if (standard) {
         const QVariant key = lcSelect->keyValue();
         if (!isNull(key)) {
             const int k = key.toInt();
             if (k != stSelect->value() && k >= MinStandard && k <= MaxStandard) stSelect->setValue(k);
         }
-        if (!ro && !(showing && showingEmpty_)) {
-            if (!sameKey(lcSelect->keyValue(), stSelect->value())) lcSelect->setKeyValue(stSelect->value());
-        }
+        if (writes && !sameKey(lcSelect->keyValue(), stSelect->value()))
+            lcSelect->setKeyValue(stSelect->value());
     } else {
         const QVariant shown = heldKey(spSelect);
         const int remembered = isNull(shown) ? 0 : shown.toInt();
         SetKeyValue(spSelect, lcSelect);
-        if (!ro) {
+        if (writes) {
             if (isNull(heldKey(spSelect)) && remembered > MaxStandard) {
                 spSelect->setKeyValue(remembered);
                 postRound();
@@ -239,6 +264,8 @@ void TRound_LF::switchKind(bool showing) {
             SetKeyValue(lcSelect, spSelect);
         }
     }
+    // A value that is neither a standard rounding nor a rule of the list is shown as such.
+    spSelect->comboBox()->setPlaceholderText(unknownRuleText());
     spSelect->setVisible(!standard);
     stSelect->setVisible(standard);
 }

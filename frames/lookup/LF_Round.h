@@ -70,8 +70,8 @@ private:
     void postRound();
     void applyReadOnly();
     void switchKind(bool showing);
-
-    bool showingEmpty_ = false;
+    // "Неизвестное правило (N)" for a value that is neither standard nor in the list of rules.
+    QString unknownRuleText() const;
 };
 
 } // namespace frames

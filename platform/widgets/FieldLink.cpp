@@ -48,7 +48,9 @@ db::Field* FieldLink::field() const {
 
 db::Field* FieldLink::rowField() const {
     db::Field* f = field();
-    return f && f->dataSet()->recNo() >= 0 ? f : nullptr;
+    // A record being inserted has its values even in a table without rows (no current row yet).
+    return f && (f->dataSet()->recNo() >= 0 || f->dataSet()->state() == db::DataSetState::Insert) ? f
+                                                                                                  : nullptr;
 }
 
 QString FieldLink::fieldText() const {

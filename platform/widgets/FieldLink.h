@@ -24,7 +24,7 @@ public:
     QString dataField() const { return dataField_; }
     void setDataField(const QString& name); // trimmed; then re-reads
     db::Field* field() const;               // null while unbound or the dataset is closed
-    db::Field* rowField() const;            // the field while its dataset stands on a row
+    db::Field* rowField() const;            // the field while its dataset stands on a row or inserts one
     // The field's display text on the current row ("" without a row or when it cannot be shown).
     QString fieldText() const;
 

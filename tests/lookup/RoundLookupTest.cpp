@@ -50,12 +50,11 @@ TEST_F(RoundLookup, EncodingOfStandardSpecialAndEmptyValues) {
     int changes = 0;
     f->lcSelect->OnChange = [&](QObject*) { ++changes; };
 
-    // A new frame holds no rule: the standard kind shows the spin's -2, the special combo its first rule.
+    // A new frame holds no rule and shows none: neither kind is chosen, no number, no rule.
     EXPECT_TRUE(f->IsEmpty());
     EXPECT_EQ(f->GetAsInteger(), TRound_LF::NoValue);
-    EXPECT_TRUE(f->rbSt->isChecked());
-    EXPECT_EQ(f->stSelect->value(), -2);
-    EXPECT_EQ(f->spSelect->keyValue().toInt(), special.first());
+    EXPECT_FALSE(f->rbSt->isChecked() || f->rbSp->isChecked());
+    EXPECT_FALSE(shows(f->stSelect) || shows(f->spSelect));
     EXPECT_TRUE(host->errors().isEmpty()) << host->errors().join("\n").toStdString();
 
     f->SetAsInteger(-2);
@@ -178,6 +177,53 @@ TEST_F(RoundLookup, ViewedRecordIsReadOnlyFromInitAndRefusesNewValues) {
         f->SetAsInteger(-50);
         EXPECT_TRUE(h.record->fieldByName("ROUND")->isNull());
     }
+}
+
+// What the frame shows is what the record holds: opening a record never changes its rule, a rule
+// the lists do not know is kept and named as unknown, and a new record stores the rule it shows.
+TEST_F(RoundLookup, TheScreenAndTheRecordAgree) {
+    const QList<int> special = specialRules();
+    ASSERT_FALSE(special.contains(25));
+    for (bool edit : {false, true}) {
+        test::BoundRecord h({"ROUND"}, {25});
+        TRound_LF* f = bound(h, edit);
+        EXPECT_EQ(h.record->fieldByName("ROUND")->asInteger(), 25) << edit;
+        EXPECT_EQ(f->GetAsInteger(), 25);
+        EXPECT_TRUE(f->rbSp->isChecked() && shows(f->spSelect));
+        EXPECT_EQ(f->spSelect->comboBox()->currentIndex(), -1);
+        EXPECT_EQ(f->spSelect->comboBox()->placeholderText(), "Неизвестное правило (25)");
+        if (edit) {
+            f->SetAsInteger(-3);
+            f->SetAsInteger(25);
+            EXPECT_EQ(h.record->fieldByName("ROUND")->asInteger(), 25);
+            // The user's own switch of the kind gives the record that kind's value.
+            f->rbSt->click();
+            EXPECT_EQ(h.record->fieldByName("ROUND")->asInteger(), f->stSelect->value());
+            EXPECT_TRUE(f->spSelect->comboBox()->placeholderText().isEmpty());
+        }
+    }
+    {
+        // An edited record without a rule keeps none, and shows none.
+        test::BoundRecord h({"ROUND"}, {QVariant()});
+        TRound_LF* f = bound(h, true);
+        EXPECT_TRUE(h.record->fieldByName("ROUND")->isNull());
+        EXPECT_FALSE(f->rbSt->isChecked() || f->rbSp->isChecked());
+        EXPECT_FALSE(shows(f->stSelect) || shows(f->spSelect));
+        f->rbSp->click();
+        EXPECT_EQ(h.record->fieldByName("ROUND")->asInteger(), special.first());
+    }
+    {
+        // A new record takes the standard rule it shows.
+        test::BoundRecord h({"ROUND"}, {});
+        h.record->append();
+        TRound_LF* f = create(h.dialog);
+        f->lcSelect->setDataField("ROUND");
+        f->Init();
+        EXPECT_TRUE(f->rbSt->isChecked() && shows(f->stSelect));
+        EXPECT_EQ(f->stSelect->value(), -2);
+        EXPECT_EQ(h.record->fieldByName("ROUND")->asInteger(), -2);
+    }
+    EXPECT_TRUE(host->errors().isEmpty()) << host->errors().join("\n").toStdString();
 }
 
 TEST_F(RoundLookup, DialogButtonRunsTheRulesFormAndShowsTheChosenRule) {
