@@ -108,6 +108,10 @@ void TPeriodExt_EF::Init() {
         if (n > 0) items << WorkPeriodName(n);
         cbPeriod->addItems(items);
     }
+    ApplyStoredIndex();
+}
+
+void TPeriodExt_EF::ApplyStoredIndex() {
     cbPeriod->setCurrentIndex(storedIndex_ >= 0 && storedIndex_ < cbPeriod->count() ? storedIndex_ : -1);
     if (cbPeriod->currentIndex() != storedIndex_) {
         // The stored choice is not in this list (it was built with a smaller limit).
@@ -234,6 +238,9 @@ void TPeriodExt_EF::RestoreLayout(TConfigItem* node) {
     if (node->IsExists(QStringLiteral("cbPeriod.ItemIndex"))) {
         storedIndex_ = node->ItemByName(QStringLiteral("cbPeriod.ItemIndex"))->GetAsInteger();
         restoredIndex_ = true;
+        // Hosts restore the layout after Init, when the list is already built: the stored choice
+        // takes effect at once. Before Init it waits for Init.
+        if (cbPeriod->count() > 0) ApplyStoredIndex();
     }
 }
 

@@ -86,6 +86,9 @@ protected:
     virtual void DateEdited(QObject*) {}
     // Whether RestoreLayout found a stored choice.
     bool restoredIndex_ = false;
+    // Selects the stored list index (the custom entry when the list lacks it) and computes the
+    // dates of the choice.
+    virtual void ApplyStoredIndex();
 
     void leaveEvent(QEvent* e) override;
 

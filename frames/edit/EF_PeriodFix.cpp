@@ -18,6 +18,11 @@ void TPeriodFix_EF::Init() {
     CheckPeriodLength(true);
 }
 
+void TPeriodFix_EF::ApplyStoredIndex() {
+    TPeriodExt_EF::ApplyStoredIndex();
+    CheckPeriodLength(true);
+}
+
 void TPeriodFix_EF::cbPeriodChange(QObject* sender) {
     TPeriodExt_EF::cbPeriodChange(sender);
     CheckPeriodLength(true);

@@ -18,6 +18,7 @@ public:
 protected:
     virtual QString MaxPeriodKey() const { return QStringLiteral("MaxWorkPeriodLenght"); }
     void DateEdited(QObject* sender) override;
+    void ApplyStoredIndex() override;
 };
 
 } // namespace frames

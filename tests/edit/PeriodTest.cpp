@@ -385,6 +385,44 @@ TEST_F(PeriodFrames, FixedLengthFramesTakeTheirLimitsFromTheConfiguration) {
     EXPECT_EQ(host.warnings().size(), 1);
 }
 
+// Host forms run Init first and RestoreLayout after it: the saved choice comes back all the same,
+// and is saved again as it was.
+TEST_F(PeriodFrames, ASavedChoiceComesBackInTheHostsOrder) {
+    host.today = QDate(2024, 8, 20);
+    host.intValues["WorkPeriodLenght"] = 7;
+    struct Case {
+        const char* cls;
+        const char* chosen;
+        QDate first, last;
+    };
+    for (const Case& c : {Case{"TPeriodExt_EF", "Текущий месяц", {2024, 8, 1}, {2024, 8, 31}},
+                          Case{"TPeriodFix_EF", "Неделя", {2024, 8, 19}, {2024, 8, 25}},
+                          Case{"TPeriodExt_EF", "<Заданный>", {2023, 2, 1}, {2023, 2, 10}}}) {
+        TConfigItem node("layout");
+        {
+            TPeriodExt_EF* before = create(0, c.cls);
+            before->Init();
+            choose(before->cbPeriod, c.chosen);
+            if (QString(c.chosen) == "<Заданный>") {
+                before->deFirstDate->setDate(c.first);
+                before->deLastDate->setDate(c.last);
+            }
+            before->SaveLayout(&node);
+        }
+        TPeriodExt_EF* after = create(0, c.cls);
+        after->Init();
+        after->RestoreLayout(&node);
+        EXPECT_EQ(after->cbPeriod->currentText(), c.chosen) << c.cls;
+        EXPECT_EQ(after->GetBeginDate(), c.first) << c.cls << " " << c.chosen;
+        EXPECT_EQ(after->GetEndDate(), c.last) << c.cls << " " << c.chosen;
+        TConfigItem again("again");
+        after->SaveLayout(&again);
+        EXPECT_EQ(again.ItemByName("cbPeriod.ItemIndex")->GetAsInteger(),
+                  node.ItemByName("cbPeriod.ItemIndex")->GetAsInteger())
+            << c.cls;
+    }
+}
+
 TEST_F(PeriodFrames, SetPeriodFilterAndPeriodWithOptionalBounds) {
     host.today = QDate(2024, 5, 5);
     auto* sp = make<TSetPeriod_EF>("TSetPeriod_EF", &top);
