@@ -3,9 +3,14 @@
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QThread>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 static void initSchemaResources() {
     // The scripts live in a static library: make sure its resources are registered.
@@ -121,7 +126,7 @@ void createDemoDatabase(const QString& path) {
     const QFileInfo target(path);
     const QString dir = target.absolutePath();
     if (!QDir().mkpath(dir))
-        throw db::Error::configuration(QStringLiteral("Cannot create folder %1").arg(dir));
+        throw db::Error::configuration(QStringLiteral("Не удалось создать папку %1").arg(dir));
     const QString finalPath = target.absoluteFilePath();
     // Built under a temporary name and renamed at the end, so that a failed build never leaves
     // a half-made database under the real name.
@@ -150,31 +155,115 @@ void createDemoDatabase(const QString& path) {
     }
     if (QFile::exists(finalPath) && !QFile::remove(finalPath)) {
         QFile::remove(tempPath);
-        throw db::Error::configuration(QStringLiteral("Cannot replace %1").arg(finalPath));
+        throw db::Error::configuration(QStringLiteral("Не удалось заменить файл %1").arg(finalPath));
     }
     if (!QFile::rename(tempPath, finalPath)) {
         QFile::remove(tempPath);
-        throw db::Error::configuration(QStringLiteral("Cannot rename %1 to %2").arg(tempPath, finalPath));
+        throw db::Error::configuration(
+            QStringLiteral("Не удалось переименовать %1 в %2").arg(tempPath, finalPath));
     }
     writeStamp(finalPath);
 }
 
-bool ensureDemoDatabase(const QString& path, QString* keptPrevious) {
-    if (keptPrevious) keptPrevious->clear();
-    if (QFileInfo::exists(path)) {
-        QFile stamp(stampPath(path));
-        if (stamp.open(QIODevice::ReadOnly) && QString::fromLatin1(stamp.readAll()) == schemaFingerprint())
-            return false;
-        // Made from other scripts: the frames may name objects it lacks. The old file is kept
-        // beside the new one rather than thrown away.
-        const QString previous = path + QStringLiteral(".previous");
-        QFile::remove(previous);
-        if (!QFile::rename(path, previous))
-            throw db::Error::configuration(
-                QStringLiteral("Cannot move the old demo database %1 aside").arg(path));
-        if (keptPrevious) *keptPrevious = previous;
+namespace {
+
+// Takes a claim (LOCK_SH or LOCK_EX) on a lock file, waiting up to timeoutMs (0: not at all).
+bool claimFile(int& fd, const QString& path, int operation, int timeoutMs) {
+    if (fd < 0) {
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        fd = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+        if (fd < 0) return false;
     }
-    createDemoDatabase(path);
+    QElapsedTimer clock;
+    clock.start();
+    for (;;) {
+        if (::flock(fd, operation | LOCK_NB) == 0) return true;
+        if (clock.elapsed() >= timeoutMs) return false;
+        QThread::msleep(20);
+    }
+}
+
+void releaseFile(int& fd) {
+    if (fd < 0) return;
+    ::flock(fd, LOCK_UN);
+    ::close(fd);
+    fd = -1;
+}
+
+// The exclusive claim on path + ".gate", held by the one start that decides whether to build.
+struct Gate {
+    int fd = -1;
+    ~Gate() { releaseFile(fd); }
+};
+
+bool upToDate(const QString& path) {
+    if (!QFileInfo::exists(path)) return false;
+    QFile stamp(stampPath(path));
+    return stamp.open(QIODevice::ReadOnly) && QString::fromLatin1(stamp.readAll()) == schemaFingerprint();
+}
+
+} // namespace
+
+DemoDatabaseLock::DemoDatabaseLock(const QString& databasePath)
+    : path_(databasePath + QStringLiteral(".lock")) {}
+
+DemoDatabaseLock::~DemoDatabaseLock() {
+    unlock();
+}
+
+bool DemoDatabaseLock::lockShared(int timeoutMs) {
+    return claimFile(fd_, path_, LOCK_SH, timeoutMs);
+}
+
+bool DemoDatabaseLock::tryLockExclusive() {
+    return claimFile(fd_, path_, LOCK_EX, 0);
+}
+
+void DemoDatabaseLock::unlock() {
+    releaseFile(fd_);
+}
+
+bool ensureDemoDatabase(const QString& path, QString* keptPrevious, DemoDatabaseLock* lock, int waitMs) {
+    if (keptPrevious) keptPrevious->clear();
+    DemoDatabaseLock own(path);
+    DemoDatabaseLock& claim = lock ? *lock : own;
+    // One start at a time decides, and builds while the others wait at the gate.
+    Gate gate;
+    if (!claimFile(gate.fd, path + QStringLiteral(".gate"), LOCK_EX, waitMs))
+        throw db::Error::configuration(
+            QStringLiteral("Демонстрационную базу %1 создаёт другой запуск рабочего места; он не закончил "
+                           "за %2 с")
+                .arg(path)
+                .arg(waitMs / 1000));
+    if (upToDate(path)) {
+        // Others may use it: a shared claim is had at once (builders wait at the gate).
+        if (!claim.lockShared(waitMs))
+            throw db::Error::configuration(QStringLiteral("Нет доступа к файлу %1.lock").arg(path));
+        return false;
+    }
+    // The exclusive claim is had only when no one uses the file.
+    if (!claim.tryLockExclusive())
+        throw db::Error::configuration(
+            QStringLiteral("Демонстрационная база %1 создана по старым скриптам и открыта в другом запуске "
+                           "рабочего места: закройте его, и база будет создана заново")
+                .arg(path));
+    try {
+        if (QFileInfo::exists(path)) {
+            // Made from other scripts: the frames may name objects it lacks. The old file is kept
+            // beside the new one rather than thrown away.
+            const QString previous = path + QStringLiteral(".previous");
+            QFile::remove(previous);
+            if (!QFile::rename(path, previous))
+                throw db::Error::configuration(
+                    QStringLiteral("Не удалось убрать в сторону старую демонстрационную базу %1").arg(path));
+            if (keptPrevious) *keptPrevious = previous;
+        }
+        createDemoDatabase(path);
+    } catch (...) {
+        claim.unlock();
+        throw;
+    }
+    claim.lockShared(0); // from the exclusive claim to the shared one
     return true;
 }
 

@@ -12,9 +12,34 @@ QString schemaFingerprint();
 // scripts' fingerprint beside it (path + ".schema"). An existing file is replaced. Throws
 // db::Error.
 void createDemoDatabase(const QString& path);
+// A claim on a demo database file, through a lock file beside it (path + ".lock"). Every process
+// that uses the database holds a shared claim while it runs; building or replacing the file takes
+// the exclusive one, which no process gets while another uses the file or builds it.
+class DemoDatabaseLock {
+public:
+    explicit DemoDatabaseLock(const QString& databasePath);
+    ~DemoDatabaseLock();
+    DemoDatabaseLock(const DemoDatabaseLock&) = delete;
+    DemoDatabaseLock& operator=(const DemoDatabaseLock&) = delete;
+
+    // Waits up to timeoutMs for the claim; false when it was not had by then.
+    bool lockShared(int timeoutMs);
+    // The exclusive claim, without waiting.
+    bool tryLockExclusive();
+    void unlock();
+
+private:
+    QString path_;
+    int fd_ = -1;
+};
+
 // Creates the database when the file does not exist yet or was made from other scripts; returns
 // true when it created it. An outdated file is kept as path + ".previous" (named in
-// keptPrevious).
-bool ensureDemoDatabase(const QString& path, QString* keptPrevious = nullptr);
+// keptPrevious). A file that another process uses is never replaced: a start that finds another
+// one building the database waits for it (up to waitMs), and one that finds an outdated database
+// in use says so (db::Error). With lock, the caller keeps the shared claim on the database it may
+// now open, for as long as it uses it.
+bool ensureDemoDatabase(const QString& path, QString* keptPrevious = nullptr,
+                        DemoDatabaseLock* lock = nullptr, int waitMs = 120000);
 
 } // namespace frames::schema

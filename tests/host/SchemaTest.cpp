@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <thread>
 
 namespace frames::test {
 namespace {
@@ -123,6 +124,55 @@ TEST(DemoDatabaseBuild, ReplacesAFileAndRebuildsOneMadeFromOtherScripts) {
     EXPECT_TRUE(QFile::exists(previous));
     EXPECT_EQ(cards(), 30);
     EXPECT_FALSE(schema::ensureDemoDatabase(path));
+}
+
+// Starts that meet each other: two first starts build the database once and both open it; an
+// outdated database that another start has open is left alone, with a message that says why.
+TEST(DemoDatabaseBuild, NeverReplacesADatabaseInUse) {
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    const QString path = dir.filePath("demo.fdb");
+    schema::DemoDatabaseLock first(path), second(path);
+    bool builtFirst = false, builtSecond = false;
+    QString failure;
+    std::thread other([&] {
+        try {
+            builtSecond = schema::ensureDemoDatabase(path, nullptr, &second);
+        } catch (const std::exception& e) {
+            failure = QString::fromUtf8(e.what());
+        }
+    });
+    builtFirst = schema::ensureDemoDatabase(path, nullptr, &first);
+    other.join();
+    EXPECT_TRUE(failure.isEmpty()) << failure.toStdString();
+    EXPECT_NE(builtFirst, builtSecond); // one built it, the other waited and took it
+    db::Database a, b;
+    a.open(path);
+    b.open(path);
+    b.close();
+
+    // The scripts changed while the first start still uses the file: a third start refuses.
+    {
+        QFile stamp(path + ".schema");
+        ASSERT_TRUE(stamp.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        stamp.write("older scripts");
+    }
+    second.unlock();
+    const QDateTime built = QFileInfo(path).lastModified();
+    try {
+        schema::ensureDemoDatabase(path, nullptr, nullptr, 2000);
+        ADD_FAILURE() << "an outdated database in use was replaced";
+    } catch (const db::Error& e) {
+        EXPECT_TRUE(e.text().contains("открыта в другом запуске")) << e.text().toStdString();
+    }
+    EXPECT_EQ(QFileInfo(path).lastModified(), built);
+    EXPECT_FALSE(QFile::exists(path + ".previous"));
+    a.close();
+    // Once no start uses it, the next one rebuilds it.
+    first.unlock();
+    QString previous;
+    EXPECT_TRUE(schema::ensureDemoDatabase(path, &previous));
+    EXPECT_EQ(previous, path + ".previous");
 }
 
 } // namespace
