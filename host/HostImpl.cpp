@@ -165,13 +165,19 @@ void HostImpl::readRunConstants() {
     frames::CUR_USER = userId_;
     frames::CUR_FILIALINDEX = 1;
     frames::CUR_SHOPINDEX = 1;
+    frames::GLOBAL_PAR_SET_FOR = 0;
+    frames::GLOBAL_PAR_CLASSIF_TYPE = 0;
     db::Query u(database_.get(), readTransaction_.get());
-    u.setSql(QStringLiteral("select FILIALINDEX, SHOPINDEX from USERS where ID_USER = :id"));
+    u.setSql(QStringLiteral(
+        "select FILIALINDEX, SHOPINDEX, SET_FOR, CLASSIF_TYPE from USERS where ID_USER = :id"));
     u.paramByName(QStringLiteral("id"))->setValue(userId_);
     u.open();
     if (u.next()) {
-        if (!u.value(0).isNull()) frames::CUR_FILIALINDEX = u.value(0).toInt();
-        if (!u.value(1).isNull()) frames::CUR_SHOPINDEX = u.value(1).toInt();
+        for (auto [column, constant] : {std::pair{0, &frames::CUR_FILIALINDEX},
+                                        {1, &frames::CUR_SHOPINDEX},
+                                        {2, &frames::GLOBAL_PAR_SET_FOR},
+                                        {3, &frames::GLOBAL_PAR_CLASSIF_TYPE}})
+            if (!u.value(column).isNull()) *constant = u.value(column).toInt();
     }
     u.close();
 }

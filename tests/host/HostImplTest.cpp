@@ -7,6 +7,7 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTextStream>
+#include <tuple>
 
 namespace frames::test {
 namespace {
@@ -152,6 +153,16 @@ TEST_F(HostImplDb, RunConstantsRightsAndSession) {
         EXPECT_EQ(CUR_FILIALINDEX, 104);
         EXPECT_EQ(CUR_SHOPINDEX, 1);
         EXPECT_FALSE(h.IsFuncRights("CRM.LOGIN"));
+    }
+    // The classifier subset and type come from the user's row too, and a user who has none of
+    // his own does not keep the one before.
+    for (const auto& [user, setFor, classifType] :
+         {std::tuple{"yakovleva", 4, 27}, {"petrova", 0, 1001}, {"ivanov", 0, 0}}) {
+        HostImpl h(quietSettings(root.path(), user));
+        setHost(&h);
+        h.openDatabase(databasePath());
+        EXPECT_EQ(GLOBAL_PAR_SET_FOR, setFor) << user;
+        EXPECT_EQ(GLOBAL_PAR_CLASSIF_TYPE, classifType) << user;
     }
     {
         HostImpl h(quietSettings(root.path(), "nobody"));

@@ -27,11 +27,14 @@ void DbTest::SetUp() {
     host = std::make_unique<TestHost>(dbPath_);
     // The run constants of the connected user, as the workbench sets them after logging in (and
     // whatever an earlier test left in them).
-    const QVariantList me = row("select ID_USER, FILIALINDEX, SHOPINDEX from CUR_USER");
-    ASSERT_EQ(me.size(), 3);
+    const QVariantList me = row("select u.ID_USER, u.FILIALINDEX, u.SHOPINDEX, u.SET_FOR, u.CLASSIF_TYPE "
+                                "from CUR_USER c join USERS u on u.ID_USER = c.ID_USER");
+    ASSERT_EQ(me.size(), 5);
     CUR_USER = me.at(0).toInt();
     CUR_FILIALINDEX = me.at(1).toInt();
     CUR_SHOPINDEX = me.at(2).toInt();
+    GLOBAL_PAR_SET_FOR = me.at(3).toInt();
+    GLOBAL_PAR_CLASSIF_TYPE = me.at(4).toInt();
     host->profilePath = dir_->filePath("profile");
     QDir().mkpath(host->profilePath);
 }
