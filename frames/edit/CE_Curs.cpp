@@ -57,7 +57,10 @@ void TCursFrame_CE::SetReadOnly(bool value) {
 }
 
 void TCursFrame_CE::Init() {
+    // A rate keeps its own precision whatever kind of amount its column is tagged as.
+    const QString rateFormat = DBCalcEdit->displayFormat();
     TCalcEdit_Frame::Init();
+    SetDisplayFormat(rateFormat);
     record_.setDataSource(DBCalcEdit->dataSource());
 }
 
@@ -101,7 +104,9 @@ void TCursFrame_CE::DBCalcEditPropertiesChange(QObject* sender) {
     TCalcEdit_Frame::DBCalcEditPropertiesChange(sender);
     const QString text = DBCalcEdit->editText();
     if (text.size() > 9) DBCalcEdit->setEditText(text.left(9));
-    if (DBCalcEdit->editText().isEmpty()) DBCalcEdit->setEditText("0");
+    // As in the base: an empty rate read from the record is shown as stored.
+    if (DBCalcEdit->editText().isEmpty() && (DBCalcEdit->isModified() || !DBCalcEdit->field()))
+        DBCalcEdit->setEditText("0");
 }
 
 FRAMES_REGISTER(TCursFrame_CE, "edit");

@@ -127,9 +127,12 @@ void TCalcEdit_Frame::Init() {
                              : f->tag == 2 ? config->PrecisionCurFormat()
                                            : config->PrecisionQuantityFormat());
         }
-        if (DBCalcEdit->editText().isEmpty()) {
+        // An empty amount of a new record starts at 0, and the record stores the 0 it shows; an
+        // existing record is shown as it is stored, an empty amount as an empty editor.
+        if (DBCalcEdit->editText().isEmpty() && record && record->state() == db::DataSetState::Insert) {
             DBCalcEdit->setEditText("0");
             CheckMinMax();
+            DBCalcEdit->postEditValue();
         }
         DBCalcEdit->setPrecision(10);
     }
@@ -241,6 +244,8 @@ void TCalcEdit_Frame::DBCalcEditPropertiesButtonClick(QObject*) {
 void TCalcEdit_Frame::DBCalcEditPropertiesChange(QObject*) {
     const QString text = DBCalcEdit->editText();
     if (text.isEmpty()) {
+        // An empty value read from the record stays as stored; the user's cleared text becomes 0.
+        if (!DBCalcEdit->isModified() && DBCalcEdit->field()) return;
         DBCalcEdit->setEditText("0");
         CheckMinMax();
         return;

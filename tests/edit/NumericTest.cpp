@@ -267,12 +267,14 @@ TEST_F(NumericOnEditDialog, InitBindsAndTakesTheFormatByTheFieldsTag) {
     EXPECT_EQ(cur->DBCalcEdit->lineEdit()->text(), "245,0000");
     EXPECT_EQ(cards->state(), db::DataSetState::Browse);
 
-    // A new record: the empty editor shows 0 inside the bounds and counts as empty.
+    // A new record: the empty editor shows 0, counts as empty, and the record holds that 0.
     cards->append();
     auto* fresh = frame<TCalcEdit_Frame>("TCalcEdit_Frame", "PRICE");
     fresh->Init();
     EXPECT_EQ(fresh->EditText(), "0");
-    EXPECT_TRUE(fresh->IsNull());
+    EXPECT_TRUE(fresh->IsEmpty());
+    EXPECT_FALSE(fresh->IsNull());
+    EXPECT_EQ(cards->fieldByName("PRICE")->asDouble(), 0.0);
     cards->cancel();
 
     // Off the dialog chain nothing is bound and the format stays as it was.
