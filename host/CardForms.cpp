@@ -234,6 +234,8 @@ EditDialog::EditDialog(HostImpl* host, CardListForm* owner)
     auto* bodyLayout = new QVBoxLayout(body_);
     bodyLayout->setContentsMargins(0, 0, 0, 0);
 
+    hosted_ = new HostedFrames(this, [this](const QString& name) { return layoutNode(name); });
+
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("btOk"));
     buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("btCancel"));
@@ -271,15 +273,13 @@ void EditDialog::prepare() {
             frames::TAbsEditFrame* f = frames::Registry::instance().create(cls, body_);
             f->setObjectName(cls);
             body_->layout()->addWidget(f);
-            frames_.push_back(f);
-            f->Init();
-            f->RestoreLayout(layoutNode(cls));
+            hosted_->open(f);
         });
     }
 }
 
 frames::TAbsEditFrame* EditDialog::frame(const QString& className) const {
-    for (frames::TAbsEditFrame* f : frames_)
+    for (frames::TAbsEditFrame* f : frames())
         if (f->metaObject()->className() == QStringLiteral("frames::") + className ||
             f->objectName() == className)
             return f;
@@ -290,7 +290,7 @@ bool EditDialog::save() {
     db::DataSet* ds = list_->dataSet();
     db::Transaction* tr = list_->writeTransaction();
     try {
-        for (frames::TAbsEditFrame* f : frames_) f->Save();
+        for (frames::TAbsEditFrame* f : frames()) f->Save();
         const QString articul = edArticul_->text().trimmed();
         if (articul.isEmpty())
             ds->fieldByName(QStringLiteral("ARTICUL"))->clear();
@@ -325,12 +325,7 @@ void EditDialog::cancelEdit() {
 }
 
 void EditDialog::closeFrames() {
-    for (frames::TAbsEditFrame* f : frames_) {
-        frames::guard([&] {
-            f->SaveLayout(layoutNode(f->objectName()));
-            f->FormClose();
-        });
-    }
+    hosted_->close();
     host_->saveLayout();
     closed_ = true;
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include "frames/core/HostForms.h"
+#include "host/HostedFrames.h"
 #include <QStringList>
 #include <vector>
 
@@ -78,7 +79,7 @@ public:
     bool save();
     void cancelEdit();
 
-    const std::vector<frames::TAbsEditFrame*>& frames() const { return frames_; }
+    const std::vector<frames::TAbsEditFrame*>& frames() const { return hosted_->frames(); }
     frames::TAbsEditFrame* frame(const QString& className) const;
     QLineEdit* articulEdit() const { return edArticul_; }
     QLineEdit* nameEdit() const { return edName_; }
@@ -98,7 +99,7 @@ private:
     QLineEdit* edArticul_;
     QLineEdit* edName_;
     QDoubleSpinBox* edPrice_;
-    std::vector<frames::TAbsEditFrame*> frames_;
+    HostedFrames* hosted_;
     bool closed_ = false;
 };
 

@@ -20,11 +20,11 @@ namespace {
 // Which frame edits which column of a document, and how it is pointed at it: "components" and
 // "properties" form the description applied to the frame before Init; "value" names the
 // property through which a frame that keeps its own value gets the column's; "name" tells two
-// frames of one class apart.
+// frames of one class apart; "required" marks a value the document cannot be saved without.
 const char* const kEditors = R"([
-  { "class": "TDBEdit_Frame", "column": "DOC_NUMBER",
+  { "class": "TDBEdit_Frame", "column": "DOC_NUMBER", "required": true,
     "components": { "lbSelect": { "text": "Номер документа" }, "DBEdit": { "DataField": "DOC_NUMBER" } } },
-  { "class": "TDBDateEdit_Frame", "column": "DOC_DATE",
+  { "class": "TDBDateEdit_Frame", "column": "DOC_DATE", "required": true,
     "components": { "lbSelect": { "text": "Дата документа" }, "DBDateEdit1": { "DataField": "DOC_DATE" } } },
   { "class": "TDBTimeEdit_Frame", "column": "DOC_TIME",
     "components": { "DBTimeEdit": { "DataField": "DOC_TIME" } } },
@@ -39,7 +39,7 @@ const char* const kEditors = R"([
     "components": { "lbSelect": { "text": "Сумма" }, "DBCalcEdit": { "DataField": "AMOUNT" } } },
   { "class": "TCalcEdit_Frame", "name": "TCalcEdit_Frame_QUANTITY", "column": "QUANTITY",
     "components": { "lbSelect": { "text": "Количество" }, "DBCalcEdit": { "DataField": "QUANTITY" } } },
-  { "class": "TCursType_LF", "column": "CUR_TYPE" },
+  { "class": "TCursType_LF", "column": "CUR_TYPE", "required": true },
   { "class": "TCursFrame_CE", "column": "CURS", "properties": { "CurTypeField": "CUR_TYPE" } },
   { "class": "TPartner_EF", "column": "LINK_TO_CLIENT" },
   { "class": "TEditEmail_Frame", "column": "EMAIL" },
@@ -128,10 +128,10 @@ const QList<EditorSlot>& documentEditors() {
         QList<EditorSlot> out;
         for (const QJsonValue& v : parsed(kEditors, "document editors")) {
             const QJsonObject e = v.toObject();
-            out.append(EditorSlot{e.value(QStringLiteral("class")).toString(),
-                                  e.value(QStringLiteral("column")).toString(), descriptionOf(e),
-                                  e.value(QStringLiteral("value")).toString(),
-                                  e.value(QStringLiteral("name")).toString()});
+            out.append(EditorSlot{
+                e.value(QStringLiteral("class")).toString(), e.value(QStringLiteral("column")).toString(),
+                descriptionOf(e), e.value(QStringLiteral("value")).toString(),
+                e.value(QStringLiteral("name")).toString(), e.value(QStringLiteral("required")).toBool()});
         }
         return out;
     }();
@@ -172,10 +172,10 @@ RecordListForm* makeDocumentList(HostImpl* host, QWidget* parent) {
     docs->setUpdateSql(updateSql());
     docs->setInsertSql(insertSql());
     // The number editors take their display format from the kind of the amount (Tag): amounts
-    // in the document's currency and rates 2, amounts in roubles 1, quantities 0.
+    // in the document's currency 2, amounts in roubles 1, quantities 0. A rate is no amount: its
+    // editor keeps its own four decimals.
     docs->afterOpen.connect([](db::AbstractDataSet& ds) {
         ds.fieldByName(QStringLiteral("AMOUNT"))->tag = 2;
-        ds.fieldByName(QStringLiteral("CURS"))->tag = 2;
         ds.fieldByName(QStringLiteral("AMOUNT_RUB"))->tag = 1;
     });
 

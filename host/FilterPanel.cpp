@@ -62,6 +62,7 @@ FilterPanelForm::FilterPanelForm(HostImpl* host, QWidget* parent) : TfmPersisten
     setObjectName(QStringLiteral("FilterPanel"));
     setWindowTitle(QStringLiteral("Панель фильтров: платёжные документы"));
     resize(1100, 900);
+    hosted_ = new HostedFrames(this, [this](const QString& name) { return layoutNode(name); });
 
     // The frames sit on a plain panel in a scroll area; their owner is this form.
     scroll_ = new QScrollArea;
@@ -140,8 +141,7 @@ void FilterPanelForm::prepare() {
         ++i;
         if (!def.description.isEmpty())
             frames::FormLoader::applyDescription(f, def.description, def.className);
-        f->Init();
-        f->RestoreLayout(layoutNode(def.className));
+        hosted_->open(f);
         followChanges(f);
     }
     grid->setRowStretch(grid->rowCount(), 1);
@@ -267,12 +267,7 @@ void FilterPanelForm::focusFilter(const QString& className) {
 void FilterPanelForm::closeFrames() {
     if (closed_) return;
     closed_ = true;
-    for (const Filter& f : filters_) {
-        frames::guard([&] {
-            f.frame->SaveLayout(layoutNode(f.def->className));
-            f.frame->FormClose();
-        });
-    }
+    hosted_->close();
     host_->saveLayout();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 #include "frames/core/HostForms.h"
+#include "host/HostedFrames.h"
 #include <QDate>
 #include <vector>
 
@@ -78,6 +79,7 @@ private:
     QPlainTextEdit* query_;
     QLabel* count_;
     std::vector<Filter> filters_;
+    HostedFrames* hosted_;
     int lastCount_ = -1;
     bool closed_ = false;
     bool updatePending_ = false;

@@ -100,6 +100,8 @@ RecordListForm::RecordListForm(HostImpl* host, db::AbstractDataSet* records, con
 
     auto* btEdit = new QPushButton(QStringLiteral("Изменить…"), this);
     btEdit->setObjectName(QStringLiteral("btEdit"));
+    auto* btView = new QPushButton(QStringLiteral("Просмотр…"), this);
+    btView->setObjectName(QStringLiteral("btView"));
     auto* btAdd = new QPushButton(QStringLiteral("Добавить…"), this);
     btAdd->setObjectName(QStringLiteral("btAdd"));
     // Only a table with an insert statement takes new records.
@@ -108,6 +110,7 @@ RecordListForm::RecordListForm(HostImpl* host, db::AbstractDataSet* records, con
     auto* btClose = new QPushButton(QStringLiteral("Закрыть"), this);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(btEdit);
+    buttons->addWidget(btView);
     buttons->addWidget(btAdd);
     buttons->addStretch(1);
     buttons->addWidget(btClose);
@@ -122,6 +125,7 @@ RecordListForm::RecordListForm(HostImpl* host, db::AbstractDataSet* records, con
     layout->addLayout(buttons);
 
     connect(btEdit, &QPushButton::clicked, this, [this] { frames::guard([this] { editCurrent(); }); });
+    connect(btView, &QPushButton::clicked, this, [this] { frames::guard([this] { viewCurrent(); }); });
     connect(btAdd, &QPushButton::clicked, this, [this] { frames::guard([this] { addNew(); }); });
     connect(btClose, &QPushButton::clicked, this, &QDialog::reject);
     connect(grid_, &ui::DBGrid::activated, this, [this] { frames::guard([this] { editCurrent(); }); });
@@ -202,8 +206,17 @@ RecordListForm* RecordListForm::forLookup(HostImpl* host, const QString& classNa
 }
 
 int RecordListForm::editCurrent() {
+    return showDialog(false);
+}
+
+int RecordListForm::viewCurrent() {
+    if (records_->inEditMode()) return QDialog::Rejected;
+    return showDialog(true);
+}
+
+int RecordListForm::showDialog(bool viewOnly) {
     if (!records_->active() || (records_->isEmpty() && !records_->inEditMode())) return QDialog::Rejected;
-    FrameEditDialog dlg(host_, this);
+    FrameEditDialog dlg(host_, this, viewOnly);
     try {
         dlg.prepare();
     } catch (...) {
@@ -230,10 +243,11 @@ void RecordListForm::refresh() {
 
 // ---- FrameEditDialog
 
-FrameEditDialog::FrameEditDialog(HostImpl* host, RecordListForm* owner)
-    : TfmAbsEditDlg(owner), host_(host), list_(owner) {
+FrameEditDialog::FrameEditDialog(HostImpl* host, RecordListForm* owner, bool viewOnly)
+    : TfmAbsEditDlg(owner), host_(host), list_(owner), viewOnly_(viewOnly) {
     setObjectName(QStringLiteral("FrameEditDialog"));
-    setWindowTitle(QStringLiteral("Редактирование записи"));
+    setWindowTitle(viewOnly ? QStringLiteral("Просмотр записи") : QStringLiteral("Редактирование записи"));
+    hosted_ = new HostedFrames(this, [this](const QString& name) { return layoutNode(name); });
     resize(520, 160);
     // The frames sit on a plain panel inside a scroll area: neither counts as an owner, the
     // dialog does.
@@ -249,6 +263,10 @@ FrameEditDialog::FrameEditDialog(HostImpl* host, RecordListForm* owner)
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("btOk"));
     buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("btCancel"));
+    if (viewOnly) {
+        buttons->button(QDialogButtonBox::Ok)->hide();
+        buttons->button(QDialogButtonBox::Cancel)->setText(QStringLiteral("Закрыть"));
+    }
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(scroll_, 1);
     layout->addWidget(buttons);
@@ -274,7 +292,7 @@ frames::TAbsEditFrame* FrameEditDialog::frame(const QString& name) const {
 
 void FrameEditDialog::prepare() {
     db::AbstractDataSet* record = list_->records();
-    if (!record->inEditMode()) record->edit();
+    if (!viewOnly_ && !record->inEditMode()) record->edit();
     auto* grid = static_cast<QGridLayout*>(body_->layout());
     const int columns = qMax(1, list_->editorColumns);
     for (const EditorSlot& s : list_->editors()) {
@@ -286,8 +304,9 @@ void FrameEditDialog::prepare() {
         grid->addWidget(f, i / columns, i % columns, Qt::AlignTop);
         if (!s.description.isEmpty()) frames::FormLoader::applyDescription(f, s.description, s.className);
         applyFrameParams(f);
-        f->Init();
-        f->RestoreLayout(layoutNode(s.frameName()));
+        f->SetRequired(s.required);
+        hosted_->open(f);
+        if (viewOnly_) f->SetReadOnly(true);
         if (!s.valueProperty.isEmpty()) {
             // A frame that keeps its own value shows the record's.
             QByteArray property;
@@ -308,6 +327,12 @@ void FrameEditDialog::prepare() {
 }
 
 bool FrameEditDialog::save() {
+    if (viewOnly_) return false;
+    if (frames::TAbsEditFrame* empty = hosted_->firstEmptyRequired()) {
+        host_->WarningBox(requiredValueText(empty));
+        frames::guard([empty] { empty->SetFocus(); });
+        return false;
+    }
     db::AbstractDataSet* record = list_->records();
     db::Transaction* tr = list_->writeTransaction();
     try {
@@ -349,15 +374,14 @@ bool FrameEditDialog::save() {
 void FrameEditDialog::closeFrames() {
     if (closed_) return;
     closed_ = true;
-    for (frames::TAbsEditFrame* f : frames_) {
-        frames::guard([&] {
-            f->SaveLayout(layoutNode(f->objectName()));
-            f->FormClose();
-        });
-    }
+    hosted_->close();
 }
 
 void FrameEditDialog::accept() {
+    if (viewOnly_) {
+        reject();
+        return;
+    }
     if (!save()) return;
     closeFrames();
     TfmAbsEditDlg::accept();

@@ -1,10 +1,12 @@
 #pragma once
 #include "frames/core/HostForms.h"
+#include "host/HostedFrames.h"
 #include <QJsonObject>
 #include <QList>
 #include <QStringList>
 #include <vector>
 
+class QPushButton;
 class QScrollArea;
 
 namespace frames {
@@ -38,6 +40,8 @@ struct EditorSlot {
     // Name of the frame on the dialog and of its layout node: the class name, or the class and
     // the column when the class edits more than one column.
     QString name;
+    // The record cannot be saved while this frame holds no value.
+    bool required = false;
 
     QString frameName() const { return name.isEmpty() ? className : name; }
 };
@@ -82,10 +86,16 @@ public:
     // Shows the edit dialog over the current record (or a new one); returns its result.
     int editCurrent();
     int addNew();
+    // Shows the current record on the dialog without editing it: the record stays in browse
+    // state, so the frames show it as viewed (a lookup reads just the row the record points at),
+    // read-only.
+    int viewCurrent();
     // Reads the records again, keeping the position.
     void refresh();
 
 private:
+    int showDialog(bool viewOnly);
+
     HostImpl* host_;
     frames::db::AbstractDataSet* records_;
     frames::db::DataSource* source_;
@@ -97,22 +107,25 @@ private:
 // The edit dialog of a RecordListForm: its frames, created by class name with the dialog as
 // owner, bind themselves to the list's current record in Init. OK saves the frames' values and
 // posts the record (committing the list's write transaction); a failure is reported through the
-// host and keeps the dialog open. Cancel cancels the edit.
+// host and keeps the dialog open. Cancel cancels the edit. Viewing only, the record is left in
+// browse state, the frames are read-only and the one button closes the dialog.
 class FrameEditDialog : public frames::TfmAbsEditDlg {
     Q_OBJECT
 public:
-    FrameEditDialog(HostImpl* host, RecordListForm* owner);
+    FrameEditDialog(HostImpl* host, RecordListForm* owner, bool viewOnly = false);
     ~FrameEditDialog() override;
 
-    // Puts the record into edit state (unless it is being inserted), creates the frames, runs
-    // Init and RestoreLayout and hands the unbound frames their values. Throws.
+    // Puts the record into edit state (unless it is being inserted, or only viewed), creates the
+    // frames, runs Init and RestoreLayout and hands the unbound frames their values. Throws.
     void prepare();
     const std::vector<frames::TAbsEditFrame*>& frames() const { return frames_; }
+    bool viewOnly() const { return viewOnly_; }
     // The frame of that name (see EditorSlot::frameName), or nullptr.
     frames::TAbsEditFrame* frame(const QString& name) const;
 
-    // Saves the frames' values into the record, posts it and commits. On failure rolls back,
-    // reports through the host and returns false with the record still in edit state.
+    // Saves the frames' values into the record, posts it and commits. A required frame without
+    // a value is asked for first. On failure rolls back, reports through the host and returns
+    // false with the record still in edit state.
     bool save();
 
     void accept() override;
@@ -125,8 +138,10 @@ private:
 
     HostImpl* host_;
     RecordListForm* list_;
+    bool viewOnly_;
     QScrollArea* scroll_;
     QWidget* body_;
+    HostedFrames* hosted_;
     std::vector<frames::TAbsEditFrame*> frames_;
     std::vector<const EditorSlot*> slotOf_;
     bool closed_ = false;

@@ -29,6 +29,9 @@ MainWindow::MainWindow(HostImpl* host, frames::Registry* registry, QWidget* pare
     setObjectName(QStringLiteral("MainWindow"));
     setWindowTitle(QStringLiteral("Frames — рабочее место"));
     resize(1000, 640);
+    hosted_ = new HostedFrames(this, [this](const QString& name) {
+        return host_->LayoutRoot()->ItemByName(QStringLiteral("Browser"))->ItemByName(name);
+    });
 
     tree_ = new QTreeWidget(this);
     tree_->setObjectName(QStringLiteral("tvFrames"));
@@ -115,11 +118,7 @@ void MainWindow::closeFrame() {
     if (!frame_) return;
     frames::TAbsEditFrame* f = frame_;
     frame_ = nullptr;
-    frames::guard([&] {
-        f->SaveLayout(
-            host_->LayoutRoot()->ItemByName(QStringLiteral("Browser"))->ItemByName(f->objectName()));
-        f->FormClose();
-    });
+    hosted_->close();
     delete f;
     host_->saveLayout();
 }
@@ -132,12 +131,11 @@ frames::TAbsEditFrame* MainWindow::showFrame(const QString& className) {
         made->setObjectName(className);
         static_cast<QVBoxLayout*>(panel_->layout())->insertWidget(2, made);
         applyFrameParams(made);
-        made->Init();
-        made->RestoreLayout(
-            host_->LayoutRoot()->ItemByName(QStringLiteral("Browser"))->ItemByName(className));
+        hosted_->open(made);
         made->show();
     });
     if (!ok && made) {
+        hosted_->remove(made);
         delete made;
         made = nullptr;
     }

@@ -3,6 +3,7 @@
 #include "host/CardForms.h"
 #include "host/FilterPanel.h"
 #include "host/FrameHostForms.h"
+#include "host/HostedFrames.h"
 #include <QMainWindow>
 #include <QPointer>
 
@@ -62,6 +63,7 @@ private:
     QLabel* info_;
     QPushButton* btBound_;
     QPointer<frames::TAbsEditFrame> frame_;
+    HostedFrames* hosted_;
     QPointer<CardListForm> cardList_;
     QPointer<RecordListForm> recordList_;
     QPointer<RecordListForm> documentList_;

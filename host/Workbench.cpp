@@ -12,6 +12,7 @@
 #include "host/FilterPanel.h"
 #include "host/FrameHostForms.h"
 #include "host/HostImpl.h"
+#include "host/HostedFrames.h"
 #include "host/MainWindow.h"
 #include "host/ReferenceForms.h"
 #include "platform/db/DataSet.h"
@@ -29,6 +30,8 @@
 #include <QTextStream>
 #include <QVBoxLayout>
 #include <cstdio>
+#include <memory>
+#include <stdexcept>
 
 namespace workbench {
 
@@ -132,9 +135,9 @@ bool savePicture(QWidget* w, const QString& dir, const QString& name, Shot& shot
     return true;
 }
 
-void writeIndex(const QString& dir, const std::vector<Shot>& shots, const QString& database) {
+bool writeIndex(const QString& dir, const std::vector<Shot>& shots, const QString& database) {
     QFile f(QDir(dir).filePath(QStringLiteral("index.html")));
-    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate)) return;
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate)) return false;
     QTextStream out(&f);
     out << "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>Frames workbench "
            "screenshots</title>\n"
@@ -150,12 +153,17 @@ void writeIndex(const QString& dir, const std::vector<Shot>& shots, const QStrin
         out << "</td></tr>\n";
     }
     out << "</table></body></html>\n";
+    out.flush();
+    return f.error() == QFileDevice::NoError;
 }
 
 } // namespace
 
 int writeScreenshots(HostImpl& host, const frames::Registry& registry, const QString& dir) {
-    QDir().mkpath(dir);
+    if (!QDir().mkpath(dir) || !QFileInfo(dir).isWritable())
+        throw std::runtime_error(QStringLiteral("Не удалось создать папку для снимков %1")
+                                     .arg(QDir::toNativeSeparators(dir))
+                                     .toStdString());
     std::vector<Shot> shots;
     int written = 0;
 
@@ -165,15 +173,18 @@ int writeScreenshots(HostImpl& host, const frames::Registry& registry, const QSt
         QWidget panel;
         panel.setObjectName(QStringLiteral("pnFrame"));
         auto* layout = new QVBoxLayout(&panel);
+        HostedFrames hosted(&panel, [&host](const QString& name) {
+            return host.LayoutRoot()->ItemByName(QStringLiteral("Browser"))->ItemByName(name);
+        });
         try {
             frames::TAbsEditFrame* f = registry.create(cls, &panel);
             f->setObjectName(cls);
             layout->addWidget(f);
-            f->Init();
-            f->RestoreLayout(host.LayoutRoot()->ItemByName(QStringLiteral("Browser"))->ItemByName(cls));
+            hosted.open(f);
             panel.resize(qMax(480, panel.sizeHint().width()), panel.sizeHint().height());
             panel.show();
             if (savePicture(&panel, dir, cls, shot)) ++written;
+            // The screenshots leave the user's layout as it was: the frames are not asked to save it.
             f->FormClose();
         } catch (...) {
             shot.error = frames::errorText(std::current_exception());
@@ -317,7 +328,11 @@ int writeScreenshots(HostImpl& host, const frames::Registry& registry, const QSt
         shots.push_back(shot);
     }
 
-    writeIndex(dir, shots, host.RvDatabase() ? host.RvDatabase()->connectString() : QString());
+    if (!writeIndex(dir, shots, host.RvDatabase() ? host.RvDatabase()->connectString() : QString()))
+        throw std::runtime_error(
+            QStringLiteral("Не удалось записать %1")
+                .arg(QDir::toNativeSeparators(QDir(dir).filePath(QStringLiteral("index.html"))))
+                .toStdString());
     return written;
 }
 
@@ -338,9 +353,9 @@ int failDatabase(const QString& path, const QString& text) {
         parts << line;
     }
     const QString message =
-        QStringLiteral("Cannot open the database %1: %2").arg(path, parts.join(QStringLiteral("; ")));
+        QStringLiteral("Не удалось открыть базу данных %1: %2").arg(path, parts.join(QStringLiteral("; ")));
     std::fprintf(stderr, "workbench: %s\n", qPrintable(message));
-    if (haveDisplay()) QMessageBox::critical(nullptr, QStringLiteral("Workbench"), message);
+    if (haveDisplay()) QMessageBox::critical(nullptr, QStringLiteral("Рабочее место"), message);
     return 2;
 }
 
@@ -396,11 +411,14 @@ int run(int argc, char** argv) {
     } uninstall;
 
     QString path = options.database;
+    // The demo database is never replaced while this session uses it.
+    std::unique_ptr<frames::schema::DemoDatabaseLock> demoClaim;
     try {
         if (path.isEmpty()) {
             path = defaultDatabasePath();
+            demoClaim = std::make_unique<frames::schema::DemoDatabaseLock>(path);
             QString previous;
-            if (frames::schema::ensureDemoDatabase(path, &previous))
+            if (frames::schema::ensureDemoDatabase(path, &previous, demoClaim.get()))
                 std::printf("Demo database created at %s\n", qPrintable(QDir::toNativeSeparators(path)));
             if (!previous.isEmpty())
                 std::printf("The previous demo database, made from older scripts, is kept as %s\n",
@@ -423,7 +441,13 @@ int run(int argc, char** argv) {
         const QString dir = QFileInfo(options.screenshotsDir.isEmpty() ? QStringLiteral("workbench-shots")
                                                                        : options.screenshotsDir)
                                 .absoluteFilePath();
-        const int n = writeScreenshots(host, *registry, dir);
+        int n = 0;
+        try {
+            n = writeScreenshots(host, *registry, dir);
+        } catch (const std::exception& e) {
+            std::fprintf(stderr, "workbench: %s\n", e.what());
+            return 1;
+        }
         std::printf("Screenshots (%d) and index.html written to %s\n", n,
                     qPrintable(QDir::toNativeSeparators(dir)));
         std::printf("Open %s\n",

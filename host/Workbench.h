@@ -35,7 +35,8 @@ QStringList frameListing(const frames::Registry& registry);
 
 // Screenshot mode: every registered frame free-standing, the card list, the edit dialog over it
 // with its bound lookups and each reference form, as PNG files in dir, with index.html. Returns
-// the number of pictures written; errors are listed in the index.
+// the number of pictures written; errors are listed in the index. Throws std::runtime_error
+// (a Russian text) when the folder cannot be made or the index cannot be written.
 int writeScreenshots(HostImpl& host, const frames::Registry& registry, const QString& dir);
 
 // The whole program; returns the exit code (2 when the database cannot be opened).

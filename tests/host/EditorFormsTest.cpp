@@ -228,12 +228,63 @@ TEST_F(EditorForms, ANewDocumentIsNumberedAndInserted) {
     EXPECT_EQ(frame<TDBEdit_Frame>(dlg, "TDBEdit_Frame")->DBEdit->text(),
               QString("ПП-%1").arg(id, 6, 10, QChar('0')));
     EXPECT_EQ(frame<TDBComboBox_Frame>(dlg, "TDBComboBox_Frame")->DBComboBox->currentText(), "Черновик");
+    // A new document's amounts start at the 0 they show, and the record holds that 0.
+    auto* quantity = frame<TCalcEdit_Frame>(dlg, "TCalcEdit_Frame_QUANTITY");
+    EXPECT_EQ(quantity->DBCalcEdit->displayText(), "0");
+    EXPECT_FALSE(list->records()->fieldByName("QUANTITY")->isNull());
+    EXPECT_EQ(list->records()->fieldByName("QUANTITY")->asDouble(), 0.0);
     frame<TCalcEdit_Frame>(dlg, "TCalcEdit_Frame")->SetValue(500);
     dlg.accept();
     EXPECT_EQ(dlg.result(), QDialog::Accepted);
     EXPECT_EQ(count("1=1"), before + 1);
     EXPECT_DOUBLE_EQ(column(id, "AMOUNT").toDouble(), 500);
+    EXPECT_FALSE(column(id, "QUANTITY").isNull());
+    EXPECT_EQ(column(id, "QUANTITY").toDouble(), 0.0);
     EXPECT_EQ(column(id, "CUR_TYPE").toInt(), 1);
+}
+
+// An existing document is shown as it is stored: an empty amount stays empty and untouched, a
+// rate keeps its four decimals.
+TEST_F(EditorForms, TheDialogShowsWhatIsStored) {
+    exec("update PAYMENT_DOC set QUANTITY = null where DOC_NUMBER = 'ПП-000102'");
+    auto list = documents("ПП-000102");
+    const int id = list->records()->fieldByName("ID_PAYMENT_DOC")->asInteger();
+    FrameEditDialog dlg(wb.get(), list.get());
+    dlg.prepare();
+    dlg.show();
+    auto* quantity = frame<TCalcEdit_Frame>(dlg, "TCalcEdit_Frame_QUANTITY");
+    EXPECT_EQ(quantity->DBCalcEdit->displayText(), "");
+    EXPECT_TRUE(list->records()->fieldByName("QUANTITY")->isNull());
+    auto* rate = frame<TCursFrame_CE>(dlg, "TCursFrame_CE");
+    EXPECT_EQ(rate->DBCalcEdit->displayText(), "92,0268");
+    dlg.accept();
+    EXPECT_EQ(dlg.result(), QDialog::Accepted);
+    EXPECT_TRUE(column(id, "QUANTITY").isNull());
+    EXPECT_DOUBLE_EQ(column(id, "CURS").toDouble(), 92.0268);
+}
+
+// A document without its number is not saved: the dialog asks for it and keeps what was typed.
+TEST_F(EditorForms, ARequiredValueIsAskedForBeforeSaving) {
+    auto list = documents("ПП-000101");
+    const int id = list->records()->fieldByName("ID_PAYMENT_DOC")->asInteger();
+    FrameEditDialog dlg(wb.get(), list.get());
+    dlg.prepare();
+    dlg.show();
+    frame<TCalcEdit_Frame>(dlg, "TCalcEdit_Frame")->SetValue(777);
+    auto* number = frame<TDBEdit_Frame>(dlg, "TDBEdit_Frame")->DBEdit;
+    number->selectAll();
+    QTest::keyClick(number, Qt::Key_Delete);
+    dlg.accept();
+    EXPECT_TRUE(logged("Заполните поле «Номер документа»")) << wb->loggedMessages().join("\n").toStdString();
+    EXPECT_TRUE(dlg.isVisible());
+    EXPECT_TRUE(list->records()->inEditMode());
+    EXPECT_DOUBLE_EQ(frame<TCalcEdit_Frame>(dlg, "TCalcEdit_Frame")->GetValue(), 777);
+    EXPECT_EQ(column(id, "DOC_NUMBER").toString(), "ПП-000101");
+    QTest::keyClicks(number, "PP-101-A");
+    dlg.accept();
+    EXPECT_EQ(dlg.result(), QDialog::Accepted);
+    EXPECT_EQ(column(id, "DOC_NUMBER").toString(), "PP-101-A");
+    EXPECT_DOUBLE_EQ(column(id, "AMOUNT").toDouble(), 777);
 }
 
 // The rate editor on the dialog opens the real rate history form through the module runner and

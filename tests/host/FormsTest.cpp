@@ -8,6 +8,7 @@
 #include "host/MainWindow.h"
 #include "host/ReferenceForms.h"
 #include "platform/db/DataSet.h"
+#include "platform/db/MemTable.h"
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
 #include "platform/widgets/DBGrid.h"
@@ -261,6 +262,70 @@ TEST_F(WorkbenchForms, EveryLookupOnTheEditDialogOfARecordList) {
     EXPECT_TRUE(failures.isEmpty()) << failures.join("\n").toStdString();
 }
 
+// Viewing a record leaves it in browse state: a lookup reads just the row the record points at,
+// even the system row its list leaves out, and nothing can be changed. Edited, the record goes
+// into edit state first and the lookup lists every row to choose from.
+TEST_F(WorkbenchForms, AViewedRecordShowsItsKeyAndStaysUnchanged) {
+    auto* records = new db::MemTable;
+    records->addFieldDef("ALGORITM", db::FieldType::Integer);
+    records->open();
+    records->appendRecord({-1});
+    workbench::RecordListForm list(wb.get(), records, QStringList{"TAlgoritm_LF"});
+    {
+        workbench::FrameEditDialog dlg(wb.get(), &list, true);
+        dlg.prepare();
+        auto* lf = qobject_cast<TAbs_LF*>(dlg.frames().front());
+        ASSERT_NE(lf, nullptr);
+        EXPECT_EQ(lf->lcSelect->displayText(), "<Не задан>");
+        EXPECT_EQ(lf->pFIBDataSet1->recordCount(), 1);
+        EXPECT_TRUE(lf->GetReadOnly());
+        EXPECT_EQ(records->state(), db::DataSetState::Browse);
+        dlg.accept();
+        EXPECT_EQ(records->state(), db::DataSetState::Browse);
+        EXPECT_EQ(records->fieldByName("ALGORITM")->asInteger(), -1);
+    }
+    {
+        workbench::FrameEditDialog dlg(wb.get(), &list);
+        dlg.prepare();
+        auto* lf = qobject_cast<TAbs_LF*>(dlg.frames().front());
+        EXPECT_TRUE(records->inEditMode());
+        EXPECT_GT(lf->pFIBDataSet1->recordCount(), 1);
+        EXPECT_FALSE(lf->GetReadOnly());
+        dlg.reject();
+    }
+}
+
+// A frame hears FormShow when its form appears: the legal entity frame then shows its "save"
+// box where defaults are kept per branch.
+TEST_F(WorkbenchForms, FramesAreToldWhenTheirFormShows) {
+    workbench::HostImpl::Settings settings;
+    settings.profileRoot = root.filePath("local");
+    settings.interactive = false;
+    {
+        workbench::HostImpl first(settings);
+        QFile config(first.configFile());
+        ASSERT_TRUE(config.open(QIODevice::WriteOnly));
+        config.write(R"({"FromNameLocal": true})");
+    }
+    workbench::HostImpl local(settings);
+    local.openDatabase(databasePath());
+    setHost(&local);
+    std::unique_ptr<workbench::RecordListForm> list(
+        workbench::RecordListForm::forLookup(&local, "TFromName_LF"));
+    {
+        workbench::FrameEditDialog dlg(&local, list.get());
+        dlg.prepare();
+        QWidget* box = dlg.frames().front()->findChild<QWidget*>("chbSave");
+        ASSERT_NE(box, nullptr);
+        EXPECT_FALSE(box->isVisibleTo(&dlg));
+        dlg.show();
+        EXPECT_TRUE(box->isVisibleTo(&dlg));
+        dlg.reject();
+    }
+    list.reset();
+    setHost(wb.get());
+}
+
 TEST_F(WorkbenchForms, ListLayoutSurvivesARestart) {
     {
         workbench::CardListForm list(wb.get());
@@ -334,7 +399,7 @@ TEST(WorkbenchExe, ListsFramesAndRefusesADatabaseItCannotOpen) {
     const QString bad = home.filePath("no/such/folder/x.fdb");
     const ProcessRun r = runWorkbench({"--database", bad}, home.path());
     EXPECT_EQ(r.code, 2);
-    EXPECT_TRUE(r.err.contains("Cannot open the database")) << r.err.toStdString();
+    EXPECT_TRUE(r.err.contains("Не удалось открыть базу данных")) << r.err.toStdString();
     EXPECT_EQ(r.err.count('\n'), 1) << r.err.toStdString(); // one message, nothing else
     EXPECT_TRUE(r.out.isEmpty());
 }
@@ -356,6 +421,22 @@ TEST(WorkbenchExe, WritesScreenshotsWithoutADisplay) {
     const QString html = QString::fromUtf8(index.readAll());
     EXPECT_TRUE(html.contains("EditDialog.png"));
     EXPECT_TRUE(html.contains("TUser_LF.png"));
+}
+
+TEST(WorkbenchExe, AScreenshotFolderThatCannotBeMadeFails) {
+    if (!QFile::exists(workbenchExe())) GTEST_SKIP() << "workbench not built";
+    QTemporaryDir home;
+    const QString db = home.filePath("copy.fdb");
+    ASSERT_TRUE(QFile::copy(demoDatabasePath(), db));
+    QFile::setPermissions(db, QFile::ReadOwner | QFile::WriteOwner);
+    QFile file(home.filePath("plain-file"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+    const ProcessRun r =
+        runWorkbench({"--database", db, "--screenshots", file.fileName() + "/shots"}, home.path());
+    EXPECT_NE(r.code, 0);
+    EXPECT_TRUE(r.err.contains("Не удалось создать папку для снимков")) << r.err.toStdString();
+    EXPECT_FALSE(r.out.contains("written")) << r.out.toStdString();
 }
 
 } // namespace
