@@ -18,6 +18,7 @@
 #include <QScrollArea>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -59,6 +60,16 @@ MainWindow::MainWindow(HostImpl* host, frames::Registry* registry, QWidget* pare
                        "фрейм привязанным к записи"));
     btBound_->setVisible(false);
     panelLayout->addWidget(btBound_, 0, Qt::AlignLeft);
+    // Under a frame with an item interface: what the host reads from it, kept current.
+    items_ = new QLabel(panel_);
+    items_->setObjectName(QStringLiteral("lbItems"));
+    items_->setWordWrap(true);
+    items_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    items_->setVisible(false);
+    panelLayout->addWidget(items_);
+    itemsTimer_ = new QTimer(this);
+    itemsTimer_->setInterval(300);
+    connect(itemsTimer_, &QTimer::timeout, this, [this] { showItems(); });
     panelLayout->addStretch(1);
     scroll_ = new QScrollArea(this);
     scroll_->setWidgetResizable(true);
@@ -140,10 +151,45 @@ frames::TAbsEditFrame* MainWindow::showFrame(const QString& className) {
         made = nullptr;
     }
     frame_ = made;
+    const bool hasItems = made && made->metaObject()->indexOfMethod("ItemsCount()") >= 0;
+    items_->setVisible(hasItems);
+    if (hasItems)
+        itemsTimer_->start();
+    else
+        itemsTimer_->stop();
+    showItems();
     btBound_->setVisible(made && hasHostForm(className));
     info_->setText(made ? QStringLiteral("%1 (%2)").arg(className, registry_->find(className)->family)
                         : QStringLiteral("%1: фрейм не создан (см. сообщение об ошибке)").arg(className));
     return made;
+}
+
+static QString itemsText(QObject* frame) {
+    int count = 0;
+    if (!QMetaObject::invokeMethod(frame, "ItemsCount", Qt::DirectConnection, Q_RETURN_ARG(int, count)))
+        return {};
+    QStringList items;
+    for (int i = 0; i < count; ++i) {
+        QString item;
+        QMetaObject::invokeMethod(frame, "ItemsItem", Qt::DirectConnection, Q_RETURN_ARG(QString, item),
+                                  Q_ARG(int, i));
+        items << item;
+    }
+    QString text =
+        QStringLiteral("ItemsCount: %1\nItemsItem: %2").arg(count).arg(items.join(QStringLiteral(", ")));
+    // The key list as the last rebuild left it (each change of the list rebuilds it).
+    const QVariant keys = frame->property("sSQL");
+    if (keys.isValid())
+        text += QStringLiteral("\nGet_sSQL: %1 (%2)")
+                    .arg(keys.toString(), frame->property("iChosenCount").toString());
+    return text;
+}
+
+void MainWindow::showItems() {
+    if (!frame_ || !itemsTimer_->isActive()) return;
+    QString text;
+    frames::guard([&] { text = itemsText(frame_); });
+    if (items_->text() != text) items_->setText(text);
 }
 
 void MainWindow::openCardList() {

@@ -12,6 +12,7 @@ class QTreeWidgetItem;
 class QScrollArea;
 class QLabel;
 class QPushButton;
+class QTimer;
 
 namespace frames {
 class Registry;
@@ -53,6 +54,8 @@ protected:
 
 private:
     void closeFrame();
+    // Shows the chosen frame's items (ItemsCount, ItemsItem and its key list) under it.
+    void showItems();
     void itemChosen(QTreeWidgetItem* item);
 
     HostImpl* host_;
@@ -62,6 +65,8 @@ private:
     QWidget* panel_;
     QLabel* info_;
     QPushButton* btBound_;
+    QLabel* items_;
+    QTimer* itemsTimer_;
     QPointer<frames::TAbsEditFrame> frame_;
     HostedFrames* hosted_;
     QPointer<CardListForm> cardList_;

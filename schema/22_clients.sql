@@ -575,14 +575,15 @@ BEGIN
 END^
 
 /* A customer's name: the full name for FULL_NAME = 'T' ("Фамилия Имя Отчество"), otherwise the
-   surname with initials ("Фамилия И. О."). */
+   surname with initials ("Фамилия И. О."). Callers join it to CUSTOMER, whose ID they already
+   have: it returns no ID of its own, so an unqualified "id" beside it stays the customer's. */
 CREATE OR ALTER PROCEDURE VW_CUSTOMER (FULL_NAME CHAR(1), CUSTOMER_ID INTEGER)
 RETURNS (
-    ID     INTEGER,
     NAME   VARCHAR(190),
     PHONE  VARCHAR(30),
     CARD   VARCHAR(20))
 AS
+DECLARE VARIABLE ID INTEGER;
 DECLARE VARIABLE S VARCHAR(60);
 DECLARE VARIABLE F VARCHAR(60);
 DECLARE VARIABLE P VARCHAR(60);

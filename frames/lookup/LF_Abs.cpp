@@ -131,13 +131,17 @@ void TAbs_LF::lcSelectDlgClick(QObject* sender) {
         RunParams.EnsureParams().ByName("Transaction").Value =
             QVariant::fromValue(static_cast<void*>(twoGrid->Transaction()));
     const int result = RunModule(FormName, RunParams);
-    pFIBDataSet1->close();
-    pFIBDataSet1->open();
+    ReopenList();
     if (result != 1) return;
     LastKey = RunParams.KeyValue;
     acceptKey(RunParams.KeyValue);
     notifyOwnerChanged();
     if (lcSelect->OnChange) lcSelect->OnChange(sender);
+}
+
+void TAbs_LF::ReopenList() {
+    pFIBDataSet1->close();
+    pFIBDataSet1->open();
 }
 
 void TAbs_LF::pFIBDataSet1BeforeOpen(db::AbstractDataSet&) {}

@@ -48,6 +48,8 @@ public:
     QVariant LastKey;
 
 protected:
+    // Opens the lookup list again after the reference form ran (it may have changed the table).
+    virtual void ReopenList();
     // Tells the owner (a persistent host form) that the value changed.
     void notifyOwnerChanged();
     // Writes a key chosen in a reference form into the bound record or the free-standing combo,

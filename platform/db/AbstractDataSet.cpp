@@ -161,10 +161,25 @@ void AbstractDataSet::checkBrowseMode() {
 
 // ---- view
 
-void AbstractDataSet::resetView() {
+void AbstractDataSet::buildView() {
     view_.resize(size_t(storageCount()));
     std::iota(view_.begin(), view_.end(), 0);
+    // Deleted rows keep their storage slot (bookmarks are storage rows) but never come back.
+    if (!removed_.empty())
+        std::erase_if(view_,
+                      [&](int phys) { return size_t(phys) < removed_.size() && removed_[size_t(phys)]; });
+    if (filter_) {
+        if (const Field* f = findField(filterField_)) {
+            const int column = f->index();
+            std::erase_if(view_, [&](int phys) { return !filter_(storageValue(phys, column)); });
+        }
+    }
     if (!sortKeys_.isEmpty()) applySort();
+}
+
+void AbstractDataSet::resetView() {
+    removed_.clear();
+    buildView();
     if (!active()) return;
     const int n = int(view_.size());
     if (cur_ >= n) cur_ = n - 1;
@@ -521,6 +536,8 @@ void AbstractDataSet::remove() {
     beforeDelete(*this);
     const int phys = view_[size_t(cur_)];
     storeDelete(phys);
+    if (removed_.size() <= size_t(phys)) removed_.resize(size_t(phys) + 1, false);
+    removed_[size_t(phys)] = true;
     if (state_ == DataSetState::Edit) {
         state_ = DataSetState::Browse;
         buffer_.clear();
@@ -564,6 +581,25 @@ void AbstractDataSet::applySort() {
     std::vector<int> sorted(n);
     for (size_t i = 0; i < n; ++i) sorted[i] = view_[idx[i]];
     view_ = std::move(sorted);
+}
+
+void AbstractDataSet::setKeyFilter(const QString& keyField, KeyFilter accept) {
+    if (active()) {
+        if (accept) fieldByName(keyField);
+        checkBrowseMode();
+    }
+    filterField_ = keyField;
+    filter_ = std::move(accept);
+    if (!active()) return;
+    const Bookmark bm = bookmark();
+    const int old = cur_;
+    buildView();
+    const int n = int(view_.size());
+    const int at = bm >= 0 ? viewIndexOf(int(bm)) : -1;
+    cur_ = at >= 0 ? at : (n == 0 ? -1 : std::clamp(old, 0, n - 1));
+    eof_ = bof_ = n == 0;
+    notifyDataSet();
+    notifyRecord();
 }
 
 void AbstractDataSet::setSortKeys(const QList<SortKey>& keys) {

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QStringList>
 #include <QVariant>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -90,6 +91,17 @@ public:
     void setSortKeys(const QList<SortKey>& keys); // empty = storage order
     const QList<SortKey>& sortKeys() const { return sortKeys_; }
 
+    // ---- filter
+    // Rows whose value of keyField the predicate refuses are left out of the view (cursor, count,
+    // locate, models); storage keeps them, so changing the filter costs no fetch. An empty
+    // predicate shows every row. Applied at once when open and again after every open; the
+    // current row stays when it is still shown.
+    using KeyFilter = std::function<bool(const QVariant& value)>;
+    void setKeyFilter(const QString& keyField, KeyFilter accept);
+    bool isFiltered() const { return bool(filter_); }
+    // Every row of storage, shown or not (the view's count is recordCount()).
+    int storedCount() const { return active() ? storageCount() : 0; }
+
     // ---- value access for fields and models (row in view order)
     QVariant valueAt(int row, int column) const;
     QVariant currentValue(int column) const; // edit buffer in edit/insert state
@@ -145,6 +157,7 @@ private:
     void scroll(int row, bool eof, bool bof);
     void beginInsert(bool atEnd);
     void applySort();
+    void buildView(); // every storage row that passes the filter, in sort order
     int viewIndexOf(int physRow) const;
     std::vector<QVariant> rowValues(int physRow) const;
     void notifyState();
@@ -158,6 +171,9 @@ private:
     std::vector<QVariant> buffer_;                  // edit buffer
     std::vector<QVariant> oldBuffer_;               // the row as read, while editing
     QList<SortKey> sortKeys_;
+    QString filterField_;
+    KeyFilter filter_;
+    std::vector<bool> removed_; // storage rows deleted since storage was last reset
     DataSetState state_ = DataSetState::Inactive;
     int cur_ = -1;
     int insertRow_ = -1; // view position of a row being inserted

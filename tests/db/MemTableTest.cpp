@@ -119,3 +119,36 @@ TEST_F(MemTables, SortingAndLocate) {
 }
 
 } // namespace
+
+// A key filter hides rows without dropping them: the cursor stays on its row when it is still
+// shown, sorting applies to what is shown, a deleted row never comes back, and removing the
+// filter shows every live row again.
+TEST(MemTableFilter, HidesRowsKeepsTheCursorAndNeverRevivesADeletedRow) {
+    MemTable t;
+    t.addFieldDef("ID", FieldType::Integer);
+    t.open();
+    for (int id : {5, 1, 4, 2, 3}) t.appendRecord({id});
+    auto ids = [&] {
+        std::vector<int> r;
+        for (int i = 0; i < t.recordCount(); ++i) r.push_back(t.valueAt(i, 0).toInt());
+        return r;
+    };
+    t.setRecNo(2); // 4
+    t.setKeyFilter("ID", [](const QVariant& v) { return v.toInt() % 2 == 0; });
+    EXPECT_EQ(ids(), (std::vector<int>{4, 2}));
+    EXPECT_EQ(t.fieldByName("ID")->asInteger(), 4);
+    EXPECT_EQ(t.storedCount(), 5);
+    t.setSortKeys({{"ID", true}});
+    EXPECT_EQ(ids(), (std::vector<int>{2, 4}));
+    EXPECT_EQ(t.fieldByName("ID")->asInteger(), 4);
+    t.remove(); // 4
+    t.setKeyFilter("ID", {});
+    EXPECT_EQ(ids(), (std::vector<int>{1, 2, 3, 5}));
+    // A filter that hides the current row leaves the cursor inside the view.
+    t.last();
+    t.setKeyFilter("ID", [](const QVariant& v) { return v.toInt() < 3; });
+    EXPECT_EQ(ids(), (std::vector<int>{1, 2}));
+    EXPECT_GE(t.recNo(), 0);
+    EXPECT_LT(t.recNo(), 2);
+    EXPECT_THROW(t.setKeyFilter("NOPE", [](const QVariant&) { return true; }), Error);
+}

@@ -2,6 +2,7 @@
 // dialog, and the executable itself.
 #include "frames/core/Registry.h"
 #include "frames/lookup/LF_Abs.h"
+#include "frames/multi/LF_MultiAbs.h"
 #include "host/CardForms.h"
 #include "host/FrameHostForms.h"
 #include "host/HostImpl.h"
@@ -15,8 +16,10 @@
 #include "tests/host/WorkbenchFixture.h"
 #include "tests/support/DbFixture.h"
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
@@ -346,6 +349,44 @@ TEST_F(WorkbenchForms, ListLayoutSurvivesARestart) {
     EXPECT_TRUE(list.grid()->isColumnHidden(list.grid()->columnOfField("NAME_USER")));
     EXPECT_FALSE(list.grid()->isColumnHidden(list.grid()->columnOfField("NAME")));
     EXPECT_EQ(list.width(), 700);
+    setHost(wb.get());
+}
+
+// A multi-select frame in the frame browser: the pane under it shows what the host reads, and
+// the user's list comes back after the workbench restarts.
+TEST_F(WorkbenchForms, MultiSelectListShowsItsItemsAndSurvivesARestart) {
+    QStringList chosen;
+    {
+        workbench::MainWindow window(wb.get(), &Registry::instance());
+        auto* f = qobject_cast<TMultiAbs_LF*>(window.showFrame("TMultiCountry_LF"));
+        ASSERT_NE(f, nullptr);
+        auto* pane = window.findChild<QLabel*>("lbItems");
+        ASSERT_NE(pane, nullptr);
+        f->lcSelect->setKeyValue(f->pFIBDataSet1->valueAt(1, 0));
+        QTest::keyClick(f->lcSelect->comboBox(), Qt::Key_Insert);
+        chosen << f->ItemsItem(1);
+        QTRY_VERIFY(pane->text().contains("ItemsCount: 2"));
+        EXPECT_TRUE(pane->text().contains("Get_sSQL: " + chosen[0] + " (1)")) << pane->text().toStdString();
+        EXPECT_TRUE(pane->isVisibleTo(&window));
+        window.showFrame("TCountry_LF"); // a frame without items: no pane
+        EXPECT_FALSE(pane->isVisibleTo(&window));
+        window.close();
+    }
+    workbench::HostImpl::Settings s;
+    s.profileRoot = root.path();
+    s.interactive = false;
+    workbench::HostImpl again(s);
+    ASSERT_TRUE(again.loadLayout());
+    again.openDatabase(databasePath());
+    setHost(&again);
+    {
+        workbench::MainWindow window(&again, &Registry::instance());
+        auto* f = qobject_cast<TMultiAbs_LF*>(window.showFrame("TMultiCountry_LF"));
+        ASSERT_NE(f, nullptr);
+        EXPECT_EQ(f->ItemsCount(), 2);
+        EXPECT_EQ(f->ItemsItem(1), chosen.value(0));
+        EXPECT_EQ(f->Get_sSQL(), chosen.value(0));
+    }
     setHost(wb.get());
 }
 

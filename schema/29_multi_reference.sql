@@ -1,0 +1,121 @@
+/* Reference objects of the multi-select lists: user groups, statuses of postings and of
+   hand-held terminals, firm and event characteristics, business spheres and territories, the
+   centres of financial responsibility as a list, the branches a user may see, and the clients of
+   a classifier type. A row with key -1 is a system row that the lists leave out. */
+
+/* Groups of users (rights are granted per group). */
+CREATE TABLE GROUPS (
+    ID_GROUP    INTEGER NOT NULL,
+    NAME_GROUP  VARCHAR(60) NOT NULL COLLATE PXW_CYRL,
+    CONSTRAINT PK_GROUPS PRIMARY KEY (ID_GROUP)
+);
+
+/* States of a posting of goods between places. */
+CREATE TABLE POST_STATUS (
+    ID_POST_STATUS    INTEGER NOT NULL,
+    NAME_POST_STATUS  VARCHAR(60) NOT NULL COLLATE PXW_CYRL,
+    CONSTRAINT PK_POST_STATUS PRIMARY KEY (ID_POST_STATUS)
+);
+
+/* States of a document loaded from a hand-held terminal. */
+CREATE TABLE PALMHEAD_STATUS (
+    ID    INTEGER NOT NULL,
+    NAME  VARCHAR(60) NOT NULL COLLATE PXW_CYRL,
+    CONSTRAINT PK_PALMHEAD_STATUS PRIMARY KEY (ID)
+);
+
+/* Characteristics of firms (KIND 0) and of events (KIND 1) of the CRM. */
+CREATE TABLE FIRM_CHARACTER_DATA (
+    ID    INTEGER NOT NULL,
+    KIND  SMALLINT DEFAULT 0 NOT NULL,
+    NAME  VARCHAR(100) NOT NULL COLLATE PXW_CYRL,
+    CONSTRAINT PK_FIRM_CHARACTER_DATA PRIMARY KEY (ID)
+);
+CREATE INDEX IDX_FIRM_CHARACTER_DATA_KIND ON FIRM_CHARACTER_DATA (KIND);
+
+/* Business spheres and sales territories of the CRM's firms. */
+CREATE TABLE BUSINESS_SPHERE (
+    ID    INTEGER NOT NULL,
+    NAME  VARCHAR(100) NOT NULL COLLATE PXW_CYRL,
+    CONSTRAINT PK_BUSINESS_SPHERE PRIMARY KEY (ID)
+);
+CREATE TABLE TERRITORY (
+    ID    INTEGER NOT NULL,
+    NAME  VARCHAR(100) NOT NULL COLLATE PXW_CYRL,
+    CONSTRAINT PK_TERRITORY PRIMARY KEY (ID)
+);
+
+/* The centres of financial responsibility as a plain list. */
+CREATE VIEW SUF_CFO (ID, NAME, ACTIVITY_KIND, MANAGER) AS
+  SELECT CFO, NAME, ACTIVITY_KIND, MANAGER FROM SUF_CFO_INFO;
+
+SET TERM ^ ;
+/* The branches (nodes under a shop) of one shop, or of every shop for -1, that the connected
+   user may see: those his access rows do not forbid ('N'). */
+CREATE OR ALTER PROCEDURE FILIALS_VIEW_PRG (SHOP INTEGER)
+RETURNS (
+    ID_TH_CLASSIF  INTEGER,
+    NAME           VARCHAR(100) CHARACTER SET WIN1251,
+    PARENT_ID      INTEGER)
+AS
+DECLARE VARIABLE U INTEGER;
+BEGIN
+  U = TYUSER(USER);
+  FOR SELECT T.ID_TH_CLASSIF, T.NAME, T.PARENT_ID
+      FROM TH_CLASSIF T
+      JOIN TH_CLASSIF S ON S.ID_TH_CLASSIF = T.PARENT_ID
+      WHERE S.PARENT_ID = -1 AND T.ID_TH_CLASSIF > -1
+        AND (:SHOP = -1 OR T.PARENT_ID = :SHOP)
+        AND NOT EXISTS (SELECT 1 FROM USERS_FILIALS UF
+                        WHERE UF.ID_USER = :U AND UF.FILIAL_INDEX = T.ID_TH_CLASSIF AND UF.ACCESS = 'N')
+      INTO :ID_TH_CLASSIF, :NAME, :PARENT_ID
+  DO
+    SUSPEND;
+END^
+
+/* The clients (CLIENT_TYPE 0) filed under a classifier of type TYPECLASSIF (-1: any type).
+   STATUS 15 takes every status, 5 the working ones (0 and 2), another number that status only;
+   STATE 2 takes every state, another number that state only. FILIALINDEX names the branch that
+   asks (the demo's clients serve every branch); PARENT is kept for callers that pass a classifier
+   node (-1: the whole tree). */
+CREATE OR ALTER PROCEDURE CLIENT_VIEW (
+    TYPECLASSIF  INTEGER,
+    FILIALINDEX  INTEGER,
+    STATUS       INTEGER,
+    STATE        INTEGER,
+    PARENT       INTEGER)
+RETURNS (
+    ID_CLIENTS    INTEGER,
+    NAME_CLIENTS  VARCHAR(150) CHARACTER SET WIN1251,
+    CLASSIF       INTEGER,
+    TYPE_CLASSIF  INTEGER)
+AS
+BEGIN
+  FOR SELECT C.ID_CLIENTS, C.NAME_CLIENTS, C.CLASSIF, K.TYPE_CLASSIF
+      FROM CLIENTS C
+      JOIN CLASSIF K ON K.ID_CLASSIF = C.CLASSIF
+      WHERE C.CLIENT_TYPE = 0 AND C.ID_CLIENTS > -1
+        AND (:TYPECLASSIF = -1 OR K.TYPE_CLASSIF = :TYPECLASSIF)
+        AND (:STATUS = 15 OR (:STATUS = 5 AND C.STATUS IN (0, 2)) OR C.STATUS = :STATUS)
+        AND (:STATE = 2 OR C.STATE = :STATE)
+        AND (:PARENT = -1 OR C.CLASSIF = :PARENT)
+      INTO :ID_CLIENTS, :NAME_CLIENTS, :CLASSIF, :TYPE_CLASSIF
+  DO
+    SUSPEND;
+END^
+SET TERM ; ^
+
+SET TERM ^ ;
+EXECUTE BLOCK AS
+BEGIN
+  EXECUTE STATEMENT 'GRANT ALL ON GROUPS TO PUBLIC';
+  EXECUTE STATEMENT 'GRANT ALL ON POST_STATUS TO PUBLIC';
+  EXECUTE STATEMENT 'GRANT ALL ON PALMHEAD_STATUS TO PUBLIC';
+  EXECUTE STATEMENT 'GRANT ALL ON FIRM_CHARACTER_DATA TO PUBLIC';
+  EXECUTE STATEMENT 'GRANT ALL ON BUSINESS_SPHERE TO PUBLIC';
+  EXECUTE STATEMENT 'GRANT ALL ON TERRITORY TO PUBLIC';
+  EXECUTE STATEMENT 'GRANT ALL ON SUF_CFO TO PUBLIC';
+  EXECUTE STATEMENT 'GRANT EXECUTE ON PROCEDURE FILIALS_VIEW_PRG TO PUBLIC';
+  EXECUTE STATEMENT 'GRANT EXECUTE ON PROCEDURE CLIENT_VIEW TO PUBLIC';
+END^
+SET TERM ; ^
