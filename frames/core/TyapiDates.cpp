@@ -62,7 +62,7 @@ void setNull(int& key, ui::DateEdit* edit) {
     }
     if (!clear) return;
     if (!edit->isNull()) edit->userSetValue({});
-    edit->setText({});
+    edit->refresh(); // also drops digits typed into an edit that had no date
     key = 0;
 }
 

@@ -253,6 +253,9 @@ QString DateEdit::render(const QDateTime& v) const {
 void DateEdit::showValue() {
     const QString t = render(value_);
     if (text() != t) setText(t); // an empty masked edit keeps its separators
+    // Setting a text leaves the caret at its end, which in an empty mask is after the mask,
+    // where nothing can be typed.
+    if (masked_ && t.isEmpty()) setCursorPosition(0);
 }
 
 QString DateEdit::editText() const {
@@ -352,6 +355,25 @@ void DateEdit::focusOutEvent(QFocusEvent* e) {
     if (e->reason() == Qt::PopupFocusReason) return; // our own calendar, or a menu
     commitText();
     fire(OnExit);
+}
+
+int DateEdit::typingPosition() const {
+    const QString shown = displayText();
+    int pos = 0;
+    for (int i = 0; i < shown.size(); ++i)
+        if (shown[i].isDigit()) pos = i + 1;
+    // Past a separator that follows the digits ("05|.__" -> "05.|__").
+    while (pos < shown.size() && !shown[pos].isDigit() && shown[pos] != u'_') ++pos;
+    return pos;
+}
+
+void DateEdit::mousePressEvent(QMouseEvent* e) {
+    QLineEdit::mousePressEvent(e);
+    // A click beyond the digits typed puts the caret where typing goes on, not after the mask.
+    if (masked_ && e->button() == Qt::LeftButton && !hasSelectedText()) {
+        const int pos = typingPosition();
+        if (cursorPosition() > pos) setCursorPosition(pos);
+    }
 }
 
 void DateEdit::mouseReleaseEvent(QMouseEvent* e) {

@@ -128,6 +128,7 @@ protected:
     void keyReleaseEvent(QKeyEvent* e) override;
     void focusInEvent(QFocusEvent* e) override;
     void focusOutEvent(QFocusEvent* e) override;
+    void mousePressEvent(QMouseEvent* e) override;
     void mouseReleaseEvent(QMouseEvent* e) override;
     bool eventFilter(QObject* o, QEvent* e) override;
 
@@ -136,6 +137,8 @@ private:
     QDateTime normalized(const QDateTime& v) const;
     void showValue();
     void applyMask();
+    // Masked: where typing goes on, the first blank after the digits typed (0 when none).
+    int typingPosition() const;
     void buildPopup();
     void writeField(const QDateTime& v);
     void fire(const std::function<void(QObject*)>& handler);
