@@ -49,8 +49,24 @@ double toDayNumber(const QDateTime& value) {
     return days >= 0 ? days + fraction : days - fraction;
 }
 
+QDate firstStorableDay() {
+    return QDate(1, 1, 1);
+}
+
+QDate lastStorableDay() {
+    return QDate(9999, 12, 31);
+}
+
+bool isStorableDay(const QDate& d) {
+    return d.isValid() && d >= firstStorableDay() && d <= lastStorableDay();
+}
+
 QDateTime fromDayNumber(double day) {
     if (day == NullDay || !std::isfinite(day)) return {};
+    // Checked before the conversion to whole days, which a number this far off would overflow.
+    if (day < double(dayZero().daysTo(firstStorableDay())) ||
+        day >= double(dayZero().daysTo(lastStorableDay()) + 1))
+        return {};
     const double whole = std::trunc(day);
     const QDate date = dayZero().addDays(qint64(whole));
     const int msecs = int(std::llround(std::fabs(day - whole) * 86400000.0));
@@ -241,7 +257,7 @@ void DateEdit::applyMask() {
 // ---- value
 
 QDateTime DateEdit::normalized(const QDateTime& v) const {
-    if (v.isNull() || !v.date().isValid()) return {};
+    if (v.isNull() || !isStorableDay(v.date())) return {};
     if (!saveTime_) return QDateTime(v.date(), QTime(0, 0));
     return v;
 }

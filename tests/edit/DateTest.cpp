@@ -294,6 +294,18 @@ TEST(DateHelpers, AdjustSetNullLayoutAndMinMax) {
     copy.ItemByName("X")->SetAsString("когда-нибудь");
     RestoreLayoutDT(copy.ItemByName("X"), &a); // ignored
     EXPECT_EQ(a.date(), QDate(2024, 3, 15));
+    // Dates the database does not take are ignored as typed ones are; its last day is taken.
+    for (const double day : {3000000.0, 2958466.0, -693594.0, 1e300}) {
+        copy.ItemByName("Far")->SetAsFloat(day);
+        RestoreLayoutDT(copy.ItemByName("Far"), &a);
+        EXPECT_EQ(a.date(), QDate(2024, 3, 15)) << day;
+    }
+    copy.ItemByName("Far")->SetAsString("10000-01-01");
+    RestoreLayoutDT(copy.ItemByName("Far"), &a);
+    EXPECT_EQ(a.date(), QDate(2024, 3, 15));
+    copy.ItemByName("Last")->SetAsFloat(2958465);
+    RestoreLayoutDT(copy.ItemByName("Last"), &a);
+    EXPECT_EQ(a.date(), QDate(9999, 12, 31));
 
     // A typed number that is not yet the value (it could still grow into the range) is brought in.
     QSpinBox spin;
