@@ -135,9 +135,17 @@ void createDemoDatabase(const QString& path) {
     {
         db::Database database;
         try {
-            database.create(tempPath);
+            // Built with forced writes off (every page write would wait for the disk) and switched
+            // on once the data is in, as a working database should be.
+            db::Database::Options building;
+            building.forcedWrites = 0;
+            database.create(tempPath, building);
             for (const QString& name : scripts)
                 runScript(database, QFileInfo(name).fileName(), readScript(name));
+            database.close();
+            db::Database::Options finished;
+            finished.forcedWrites = 1;
+            database.open(tempPath, finished);
             database.close();
         } catch (...) {
             try {

@@ -1,7 +1,11 @@
 #include "platform/widgets/LookupCombo.h"
 #include "Tables.h"
 #include "platform/db/Field.h"
+#include "platform/db/DataSet.h"
 #include "platform/widgets/ErrorReporter.h"
+#include "tests/db/DbTestUtil.h"
+#include <QApplication>
+#include <QScrollBar>
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QTest>
@@ -251,6 +255,139 @@ TEST(LookupCombo, LargeList) {
     // Opening does not go through the rows: only the shown ones are asked for their image.
     EXPECT_GT(images, 0);
     EXPECT_LT(images, 100);
-    EXPECT_EQ(lc.comboBox()->view()->currentIndex().row(), 199998);
-    lc.closeUp(false);
+    QAbstractItemView* view = lc.comboBox()->view();
+    EXPECT_EQ(view->currentIndex().row(), 199998);
+    // The open list shows about DropDownCount rows, the current one among them, and scrolls over
+    // every row.
+    auto firstShown = [&] { return view->indexAt(QPoint(2, 2)).row(); };
+    auto shows = [&](int row) {
+        return view->viewport()->rect().intersects(view->visualRect(view->model()->index(row, 0)));
+    };
+    EXPECT_LE(view->viewport()->height(), 12 * view->sizeHintForRow(0));
+    EXPECT_GE(view->viewport()->height(), 4 * view->sizeHintForRow(0));
+    EXPECT_TRUE(shows(199998));
+    EXPECT_GT(firstShown(), 199980);
+    QTest::keyClick(view, Qt::Key_Home);
+    EXPECT_EQ(view->currentIndex().row(), 0);
+    EXPECT_EQ(firstShown(), 0);
+    QTest::keyClick(view, Qt::Key_PageDown);
+    const int afterPage = view->currentIndex().row();
+    EXPECT_GT(afterPage, 3);
+    EXPECT_LT(afterPage, 12);
+    EXPECT_TRUE(shows(afterPage));
+    view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(shows(199999));
+    EXPECT_EQ(view->model()->data(view->indexAt(QPoint(2, 2))).toString(),
+              QString("Name %1").arg(firstShown()));
+    QTest::keyClick(view, Qt::Key_End);
+    EXPECT_EQ(view->currentIndex().row(), 199999);
+    QTest::keyClick(view, Qt::Key_Return);
+    EXPECT_FALSE(lc.isDroppedDown());
+    EXPECT_EQ(lc.keyValue().toInt(), 199999);
+    EXPECT_EQ(lc.comboBox()->currentText(), "Name 199999");
+}
+
+namespace {
+
+// Russian names in the order the server gives them for "order by" a Cyrillic collation, or in
+// the order they were inserted.
+class TypeAhead : public db::test::ScratchDb {
+protected:
+    void SetUp() override {
+        ScratchDb::SetUp();
+        exec("create table names (id integer not null primary key, name varchar(60) collate PXW_CYRL)");
+        const QStringList first = {"Иванов", "ёлкин", "Ёжиков", "Елисеев", "ежов", "Яковлев", "яшин", "Жуков",
+                                   "Эйсмонт", "Юдин", "Абрамов", "Щукин", "Ершов", "Ёлочкин", "Ясенев",
+                                   "Zeta", "alpha", "Beta", "«Ёлка»", "Орлов"};
+        QString block = "execute block as begin\n";
+        int id = 0;
+        for (int k = 0; k < 150; ++k)
+            for (const QString& f : first)
+                block += QString("insert into names values (%1, '%2 %3');\n").arg(id++).arg(f).arg((k * 7919) % 1000);
+        exec(block + "end");
+    }
+    // A lookup over the names in the given order, with nothing chosen.
+    void open(const QString& order) {
+        ds = std::make_unique<db::DataSet>(db.get(), read.get());
+        ds->setSelectSql("select id, name from names order by " + order);
+        ds->open();
+        src = std::make_unique<db::DataSource>(ds.get());
+        lc = std::make_unique<ui::LookupCombo>();
+        lc->setLookupSource(src.get());
+        lc->setLookupField("ID");
+        lc->setLookupDisplay("NAME");
+        lc->show();
+    }
+    QString nameAt(int row) const { return ds->valueAt(row, 1).toString(); }
+    // The first row from the top whose name starts with prefix, regardless of case.
+    int expected(const QString& prefix) const {
+        for (int r = 0; r < ds->recordCount(); ++r)
+            if (nameAt(r).startsWith(prefix, Qt::CaseInsensitive)) return r;
+        return -1;
+    }
+    // Types text into the closed combo as a new search; returns the chosen row's name.
+    QString type(const QString& text) {
+        QApplication::setKeyboardInputInterval(-1); // the first letter starts a new search
+        for (const QChar ch : text) {
+            QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(ch));
+            QApplication::sendEvent(lc->comboBox(), &press);
+            QApplication::setKeyboardInputInterval(1000000); // the next letters go on with it
+        }
+        QApplication::setKeyboardInputInterval(400);
+        return lc->displayText();
+    }
+    std::unique_ptr<db::DataSet> ds;
+    std::unique_ptr<db::DataSource> src;
+    std::unique_ptr<ui::LookupCombo> lc;
+};
+
+} // namespace
+
+// Type-ahead on a list ordered by name lands on the first row that starts with what was typed,
+// "Ё" apart from "Е", whatever the case; a list in another order gives the same rows.
+TEST_F(TypeAhead, LandsOnTheFirstMatchingRowForCyrillicPrefixes) {
+    const QStringList prefixes = {"Я", "я", "Ё", "ё", "Е", "е", "Ёл", "Ёж", "ел", "Ежо", "Яш", "Ж", "Щ", "Э",
+                                  "Ю", "А", "И", "«", "z", "B", "Ёлочкин 9", "Яковлев 1"};
+    for (const QString order : {"name", "id"}) {
+        SCOPED_TRACE(order.toStdString());
+        open(order);
+        for (const QString& prefix : prefixes) {
+            SCOPED_TRACE(prefix.toStdString());
+            lc->clear();
+            const int row = expected(prefix);
+            ASSERT_GE(row, 0);
+            EXPECT_EQ(lc->findByPrefix(prefix), row);
+            EXPECT_EQ(type(prefix), nameAt(row));
+            EXPECT_EQ(lc->keyValue().toInt(), ds->valueAt(row, 0).toInt());
+        }
+        // Nothing starts with these: the choice stays.
+        lc->clear();
+        type("Ы");
+        EXPECT_FALSE(lc->keyValue().isValid());
+        EXPECT_EQ(lc->findByPrefix("Ёлкин Я"), -1);
+        EXPECT_EQ(lc->findByPrefix("ЯЯ"), -1);
+    }
+    // On the ordered list one letter typed again steps to the next row that starts with it.
+    open("name");
+    lc->clear();
+    const int first = expected("Я");
+    type("Я");
+    QApplication::setKeyboardInputInterval(1000000);
+    for (int k = 1; k <= 3; ++k) {
+        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, "Я");
+        QApplication::sendEvent(lc->comboBox(), &press);
+        EXPECT_EQ(lc->displayText(), nameAt(first + k));
+    }
+    QApplication::setKeyboardInputInterval(400);
+    // The open list searches the same way.
+    lc->clear();
+    lc->dropDown();
+    QAbstractItemView* view = lc->comboBox()->view();
+    QApplication::setKeyboardInputInterval(-1);
+    view->keyboardSearch("Ё");
+    QApplication::setKeyboardInputInterval(400);
+    EXPECT_EQ(view->currentIndex().row(), expected("Ё"));
+    lc->closeUp(true);
+    EXPECT_EQ(lc->displayText(), nameAt(expected("Ё")));
 }

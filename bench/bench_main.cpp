@@ -1,0 +1,17 @@
+// The benchmarks run with a Qt application (widgets offscreen unless a platform is chosen).
+#include "bench/BenchSupport.h"
+#include <QApplication>
+#include <benchmark/benchmark.h>
+#include <cstdio>
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    if (!frames::bench::qtDriverAvailable())
+        std::printf("Qt SQL's Firebird driver (QIBASE) is not installed: the Qt SQL column is left out.\n");
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
