@@ -9,6 +9,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QListView>
+#include <QProxyStyle>
 #include <QScopedValueRollback>
 #include <QTableView>
 #include <QToolButton>
@@ -19,25 +20,27 @@ namespace frames::ui {
 
 namespace {
 
-// The combo part: asks its owner before the list opens. QComboBox::showPopup measures the text
-// (and asks the icon) of every item to size the list; with the model blank for that call a list
-// of half a million rows opens at once and the list is as wide as the combo.
+// The combo part: asks its owner before the list opens.
 class LookupComboBox : public QComboBox {
 public:
     using QComboBox::QComboBox;
     std::function<bool()> mayShow;
-    DataSetModel* dataModel = nullptr;
     void showPopup() override {
         if (mayShow && !mayShow()) return;
-        if (dataModel) dataModel->setBlank(true);
-        try {
-            QComboBox::showPopup();
-        } catch (...) {
-            if (dataModel) dataModel->setBlank(false);
-            throw;
-        }
-        if (dataModel) dataModel->setBlank(false);
-        view()->viewport()->update();
+        QComboBox::showPopup();
+    }
+};
+
+// The list drops down below the combo, DropDownCount rows high. A style that places the list
+// over the combo instead (the "popup" look) makes QComboBox measure every row to size it and
+// ignore the number of rows to show: with this one, opening costs the same for any list size.
+class DropDownStyle : public QProxyStyle {
+public:
+    using QProxyStyle::QProxyStyle;
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* ret) const override {
+        if (hint == QStyle::SH_ComboBox_Popup) return 0;
+        return QProxyStyle::styleHint(hint, option, widget, ret);
     }
 };
 
@@ -123,6 +126,9 @@ LookupCombo::LookupCombo(QWidget* parent) : QWidget(parent) {
     combo_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     combo_->setMinimumHeight(21);
     combo_->installEventFilter(this);
+    auto* style = new DropDownStyle;
+    style->setParent(combo_);
+    combo_->setStyle(style);
 
     auto* list = new TypeAheadView<QListView>(this);
     list->setUniformItemSizes(true);
@@ -145,7 +151,6 @@ LookupCombo::LookupCombo(QWidget* parent) : QWidget(parent) {
     setFocusProxy(combo_);
 
     model_ = new DataSetModel(this);
-    box->dataModel = model_;
     model_->setDecoration([this](int row) { return rowImage(row); });
     combo_->setModel(model_);
     // Connected after setModel so that the combo has handled the reset when the key is re-shown.
