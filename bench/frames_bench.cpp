@@ -5,6 +5,7 @@
 #include "frames/core/AbsEditFrame.h"
 #include "frames/core/Registry.h"
 #include "schema/DemoDatabase.h"
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QWidget>
@@ -55,6 +56,7 @@ void BM_AllFramesCreateInit(benchmark::State& state) {
 BENCHMARK(BM_AllFramesCreateInit)->Arg(0)->Arg(1)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
 
 void BM_DemoDatabaseBuild(benchmark::State& state) {
+    QDir().mkpath(QStringLiteral(FRAMES_BENCH_DATA));
     QTemporaryDir dir(QStringLiteral(FRAMES_BENCH_DATA "/build-XXXXXX"));
     bench::Stamp total;
     for (auto _ : state) {
