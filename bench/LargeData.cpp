@@ -12,7 +12,7 @@ namespace frames::bench {
 namespace {
 
 // Bumped whenever the generated data changes, so that an older large database is rebuilt.
-constexpr const char* kGeneratorVersion = "large-1";
+constexpr const char* kGeneratorVersion = "large-2";
 
 QString dataDir() {
     const QString dir = QStringLiteral(FRAMES_BENCH_DATA);
@@ -87,13 +87,14 @@ QString buildScript() {
              .arg(kFirstClassifId)
              .arg(pick(":i", adjectives))
              .arg(pick(":i / 40", nouns));
-    // Clients: legal entities and sole traders with Russian names.
+    // Clients: legal entities, sole traders and persons with Russian names (each kind every third
+    // row, so names are picked by :i / 3 where every word of a list must occur).
     const QString company = pick(":i", forms) + QStringLiteral(" || ' «' || ") + pick(":i / 5", adjectives) +
                             QStringLiteral(" || ' ' || ") + pick(":i / 200", nouns) + QStringLiteral(" || '»'");
     const QString trader = QStringLiteral("'ИП ' || ") + pick(":i / 3", surnames()) + QStringLiteral(" || ' ' || ") +
                            pick(":i / 7", initials) + QStringLiteral(" || '. ' || ") + pick(":i / 161", initials) +
                            QStringLiteral(" || '.'");
-    const QString person = pick(":i", surnames()) + QStringLiteral(" || ' ' || ") + pick(":i / 48", initials) +
+    const QString person = pick(":i / 3 + 5", surnames()) + QStringLiteral(" || ' ' || ") + pick(":i / 48", initials) +
                            QStringLiteral(" || '. ' || ") + pick(":i / 1104", initials) + QStringLiteral(" || '.'");
     s += QStringLiteral(
              "execute block as declare i integer = 0; declare n varchar(150); begin\n"

@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QWidget>
+#include <cstdio>
 
 using namespace frames;
 
@@ -21,6 +22,7 @@ struct FramesPass {
     double peakMb = 0; // peak resident size above the size before the pass
     int failed = 0;
     std::vector<bench::RawStatement> statements; // the selects of the datasets the frames opened
+    QStringList largeLists;                      // frame.dataset of the lists of 10,000 rows or more
 };
 
 // Creates every registered frame on one parent and initialises it, as a host form holding the
@@ -45,8 +47,15 @@ FramesPass createAndInitAll(const QStringList& classes, bool collect) {
     pass.time = bench::Stamp::now() - a;
     pass.peakMb = double(bench::peakResidentBytes() - before) / (1024.0 * 1024.0);
     if (collect)
-        for (db::DataSet* ds : top.findChildren<db::DataSet*>())
-            if (ds->active()) pass.statements.push_back(bench::rawStatementOf(ds));
+        for (const auto& frame : frames)
+            for (db::DataSet* ds : frame->findChildren<db::DataSet*>()) {
+                if (!ds->active()) continue;
+                pass.statements.push_back(bench::rawStatementOf(ds));
+                if (ds->recordCount() >= 10000)
+                    pass.largeLists << QStringLiteral("%1.%2 (%3 rows)")
+                                           .arg(frame->metaObject()->className(), ds->objectName())
+                                           .arg(ds->recordCount());
+            }
     return pass;
 }
 
@@ -79,6 +88,9 @@ void BM_AllFramesCreateInit(benchmark::State& state) {
         peakMb = std::max(peakMb, pass.peakMb);
         failed = std::max(failed, pass.failed);
     }
+    if (!first.largeLists.isEmpty())
+        std::fprintf(stderr, "Lists of 10,000 rows or more fetched by Init: %s\n",
+                     qPrintable(first.largeLists.join(QStringLiteral(", "))));
     state.counters["frames"] = double(classes.size());
     state.counters["failed"] = failed;
     state.counters["datasets"] = double(first.statements.size());
