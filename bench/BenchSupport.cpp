@@ -251,6 +251,46 @@ long qtModelFetch(const QString& path, const RawStatement& statement) {
     return model.rowCount();
 }
 
+void compareFetch(benchmark::State& state, const QString& path, const RawStatement& statement,
+                  const std::function<Measured()>& ours) {
+    auto* host = hostOn(path);
+    Tally t;
+    t.hasRaw = true;
+    t.hasQt = qtDriverAvailable();
+    long rows = 0, rawRows = 0, qtRows = 0;
+    int turn = 0;
+    for (auto _ : state) {
+        for (int k = 0; k < 3; ++k) {
+            switch ((turn + k) % 3) {
+            case 0: {
+                const auto a = Stamp::now();
+                rawRows = rawFetch(host->RvDatabase(), host->pfReadTransaction(), statement);
+                t.raw += Stamp::now() - a;
+                break;
+            }
+            case 1: {
+                const Measured m = ours();
+                t.ours += m.time;
+                rows = m.rows;
+                state.SetIterationTime(m.time.cpu);
+                break;
+            }
+            case 2:
+                if (t.hasQt) {
+                    const auto a = Stamp::now();
+                    qtRows = qtModelFetch(path, statement);
+                    t.qt += Stamp::now() - a;
+                }
+                break;
+            }
+        }
+        ++turn;
+    }
+    if (rows != rawRows || (t.hasQt && qtRows != rows)) state.SkipWithError("the row counts differ");
+    state.counters["rows"] = double(rows);
+    t.report(state);
+}
+
 workbench::HostImpl* hostOn(const QString& path) {
     static std::map<QString, std::unique_ptr<workbench::HostImpl>> hosts;
     static QTemporaryDir profiles;

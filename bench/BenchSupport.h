@@ -4,6 +4,7 @@
 #include <QString>
 #include <QVariant>
 #include <benchmark/benchmark.h>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -71,6 +72,17 @@ long qtModelFetch(const QString& path, const RawStatement& statement);
 
 // The workbench's host on `path`, installed as the frames' host; one per database path.
 workbench::HostImpl* hostOn(const QString& path);
+
+// Our path against the raw loop and Qt SQL's model (when its driver is there) over the same
+// statement on the database at `path`, interleaved: in each iteration the three take turns at
+// going first. `ours` runs our path and returns the time it took (set-up left out) and the rows it
+// holds. Reports the counters of a Tally and the rows; fails when the row counts differ.
+struct Measured {
+    Stamp time;
+    long rows = 0;
+};
+void compareFetch(benchmark::State& state, const QString& path, const RawStatement& statement,
+                  const std::function<Measured()>& ours);
 
 // Resident set size now and its peak since the last resetPeakMemory(), in bytes.
 qint64 residentBytes();

@@ -50,47 +50,13 @@ void rawClientList(bench::Tally& t, const bench::RawStatement& statement) {
 
 void BM_LookupInit(benchmark::State& state) {
     const QString path = bench::largeDatabase();
-    auto* host = bench::hostOn(path);
-    const bench::RawStatement sql = clientListStatement();
-    bench::Tally t;
-    t.hasRaw = true;
-    t.hasQt = bench::qtDriverAvailable();
-    long rows = 0, rawRows = 0, qtRows = 0;
-    int turn = 0;
-    for (auto _ : state) {
-        // The three take turns at going first.
-        for (int k = 0; k < 3; ++k) {
-            switch ((turn + k) % 3) {
-            case 0: {
-                const auto a = bench::Stamp::now();
-                rawRows = bench::rawFetch(host->RvDatabase(), host->pfReadTransaction(), sql);
-                t.raw += bench::Stamp::now() - a;
-                break;
-            }
-            case 1: {
-                Frame f;
-                const auto a = bench::Stamp::now();
-                f.lf->Init();
-                const auto d = bench::Stamp::now() - a;
-                t.ours += d;
-                state.SetIterationTime(d.cpu);
-                rows = f.lf->pFIBDataSet1->recordCount();
-                break;
-            }
-            case 2:
-                if (t.hasQt) {
-                    const auto a = bench::Stamp::now();
-                    qtRows = bench::qtModelFetch(path, sql);
-                    t.qt += bench::Stamp::now() - a;
-                }
-                break;
-            }
-        }
-        ++turn;
-    }
-    if (rows != rawRows || (t.hasQt && qtRows != rows)) state.SkipWithError("the row counts differ");
-    state.counters["rows"] = double(rows);
-    t.report(state);
+    bench::hostOn(path);
+    bench::compareFetch(state, path, clientListStatement(), [] {
+        Frame f;
+        const auto a = bench::Stamp::now();
+        f.lf->Init();
+        return bench::Measured{bench::Stamp::now() - a, f.lf->pFIBDataSet1->recordCount()};
+    });
 }
 BENCHMARK(BM_LookupInit)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(6);
 
