@@ -275,7 +275,8 @@ int LookupCombo::rowOfKey(const QVariant& key) const {
         const int n = model_->rowCount() - model_->rowOffset();
         const db::Field* f = lds->field(fi);
         const bool integral = f->dataType() == db::FieldType::SmallInt ||
-                              f->dataType() == db::FieldType::Integer || f->dataType() == db::FieldType::BigInt;
+                              f->dataType() == db::FieldType::Integer ||
+                              f->dataType() == db::FieldType::BigInt;
         bool isInt = false;
         const qlonglong wanted = integral ? QVariant(keyText(key)).toLongLong(&isInt) : 0;
         if (integral && isInt) {
@@ -503,15 +504,17 @@ int LookupCombo::findByPrefix(const QString& prefix, int from) const {
 void LookupCombo::keyboardSearch(const QString& text) {
     if (text.isEmpty() || readOnly_) return;
     QAbstractItemView* view = combo_->view();
-    if (!typedTimer_.isValid() || typedTimer_.elapsed() > QApplication::keyboardInputInterval()) typed_.clear();
+    if (!typedTimer_.isValid() || typedTimer_.elapsed() > QApplication::keyboardInputInterval())
+        typed_.clear();
     typedTimer_.start();
     typed_ += text;
     // As item views do: a new search starts after the current row, and one letter typed again
     // and again steps through the rows that start with it.
-    const bool repeated = typed_.size() > 1 && typed_.count(typed_.back(), Qt::CaseInsensitive) == typed_.size();
+    const bool repeated =
+        typed_.size() > 1 && typed_.count(typed_.back(), Qt::CaseInsensitive) == typed_.size();
     const QString prefix = repeated ? typed_.left(1) : typed_;
     const int current = model_->dataSetRow(view->currentIndex().isValid() ? view->currentIndex().row()
-                                                                           : combo_->currentIndex());
+                                                                          : combo_->currentIndex());
     const int start = current < 0 ? 0 : (typed_.size() == text.size() || repeated ? current + 1 : current);
     const int n = model_->rowCount() - model_->rowOffset();
     int row = -1;
@@ -534,7 +537,9 @@ bool LookupCombo::eventFilter(QObject* o, QEvent* e) {
     const Qt::KeyboardModifiers mods = ke->modifiers();
     if (OnKeyDown) {
         if (!guarded([&] { OnKeyDown(this, key, mods); })) return true;
-        if (key == 0) return true;
+        // The handler took the key. A letter that came without a key code (a composed one)
+        // goes on to type-ahead.
+        if (key == 0 && ke->key() != 0) return true;
     }
     const Qt::KeyboardModifiers plain = mods & ~Qt::KeypadModifier;
     if (key == Qt::Key_Delete && plain == Qt::NoModifier) {
@@ -545,6 +550,13 @@ bool LookupCombo::eventFilter(QObject* o, QEvent* e) {
                 if (had && OnChange) OnChange(this);
             });
         }
+        return true;
+    }
+    if (key == Qt::Key_Space && plain == Qt::NoModifier && !readOnly_ && !typed_.isEmpty() &&
+        typedTimer_.isValid() && typedTimer_.elapsed() <= QApplication::keyboardInputInterval()) {
+        // A space typed within a name ("Иванов И") goes on with the search; only a space of its
+        // own opens the list.
+        keyboardSearch(QStringLiteral(" "));
         return true;
     }
     if ((key == Qt::Key_F2 && plain == Qt::NoModifier) ||
