@@ -522,7 +522,9 @@ void LookupCombo::keyboardSearch(const QString& text) {
     if (row < 0) return;
     const QModelIndex idx = model_->index(model_->modelRow(row), combo_->modelColumn());
     view->setCurrentIndex(idx);
-    view->scrollTo(idx);
+    // The closed list is scrolled when it opens; scrolling the hidden view would lay out every
+    // row first.
+    if (isDroppedDown()) view->scrollTo(idx);
 }
 
 // ---- keys

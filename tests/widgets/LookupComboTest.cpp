@@ -406,6 +406,19 @@ TEST_F(TypeAhead, LandsOnTheFirstMatchingRowForCyrillicPrefixes) {
     view->keyboardSearch("Ё");
     QApplication::setKeyboardInputInterval(400);
     EXPECT_EQ(view->currentIndex().row(), expected("Ё"));
+    // The open list follows a search into rows far below the ones shown.
+    newSearch();
+    view->keyboardSearch("Я");
+    QApplication::setKeyboardInputInterval(400);
+    EXPECT_EQ(view->currentIndex().row(), expected("Я"));
+    EXPECT_TRUE(view->viewport()->rect().contains(view->visualRect(view->currentIndex())));
     lc->closeUp(true);
+    EXPECT_EQ(lc->displayText(), nameAt(expected("Я")));
+    // A row found in the closed combo is shown when the list opens.
+    type("Ё");
+    lc->dropDown();
+    EXPECT_EQ(view->currentIndex().row(), expected("Ё"));
+    EXPECT_TRUE(view->viewport()->rect().contains(view->visualRect(view->currentIndex())));
+    lc->closeUp(false);
     EXPECT_EQ(lc->displayText(), nameAt(expected("Ё")));
 }
