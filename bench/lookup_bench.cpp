@@ -80,6 +80,19 @@ struct ShownLookup {
 
 // Opening the drop-down of the 100,000-client list and of a 100-client one; the raw loop over the
 // list's statement (every fourth iteration) gives the ratio.
+// Types one letter into the closed combo as a new search (after a pause longer than the
+// keyboard input interval); returns the time the key took.
+bench::Stamp typeKey(ShownLookup& l, const QString& letter) {
+    // As the keyboard sends a letter: its upper-case code and its text.
+    QKeyEvent press(QEvent::KeyPress, letter.toUpper().at(0).unicode(), Qt::NoModifier, letter);
+    QThread::msleep(2);
+    const auto a = bench::Stamp::now();
+    QApplication::sendEvent(l.combo()->comboBox(), &press);
+    return bench::Stamp::now() - a;
+}
+
+// Opening the drop-down, the list left as it was and (every other time) after a letter was typed
+// into the closed combo.
 void BM_LookupDropDownOpen(benchmark::State& state) {
     bench::hostOn(bench::largeDatabase());
     const bench::RawStatement list = clientListStatement();
@@ -98,16 +111,28 @@ void BM_LookupDropDownOpen(benchmark::State& state) {
     };
     openClose(small);
     openClose(large);
+    const int interval = QApplication::keyboardInputInterval();
+    QApplication::setKeyboardInputInterval(0);
     int i = 0;
+    bench::Stamp afterKey;
     for (auto _ : state) {
-        if (i++ % 4 == 0) rawClientList(t, list);
+        if (i % 4 == 0) rawClientList(t, list);
+        const bool typed = i++ % 2 == 1;
+        if (typed) {
+            const QString letter = QStringList{"К", "Я", "Ё", "П", "Щ"}[(i / 2) % 5];
+            typeKey(small, letter);
+            typeKey(large, letter);
+        }
         tSmall += openClose(small);
         const auto d = openClose(large);
         t.ours += d;
+        if (typed) afterKey += d;
         state.SetIterationTime(d.wall);
     }
+    QApplication::setKeyboardInputInterval(interval);
     const double n = double(state.iterations());
     state.counters["rows"] = large.f.lf->pFIBDataSet1->recordCount();
+    state.counters["ms_after_key"] = afterKey.wall * 1000 / double(i / 2);
     state.counters["ms_100"] = tSmall.wall * 1000 / n;
     state.counters["ratio_100k_100"] = tSmall.wall > 0 ? t.ours.wall / tSmall.wall : 0;
     t.report(state);
@@ -125,14 +150,6 @@ void BM_LookupTypeAhead(benchmark::State& state) {
     const QStringList letters = {QStringLiteral("Я"), QStringLiteral("Ё"), QStringLiteral("К"),
                                  QStringLiteral("м"), QStringLiteral("О"), QStringLiteral("Ш"),
                                  QStringLiteral("Э"), QStringLiteral("и")};
-    auto type = [](ShownLookup& l, const QString& letter) {
-        // As the keyboard sends a letter: its upper-case code and its text.
-        QKeyEvent press(QEvent::KeyPress, letter.toUpper().at(0).unicode(), Qt::NoModifier, letter);
-        QThread::msleep(2);
-        const auto a = bench::Stamp::now();
-        QApplication::sendEvent(l.combo()->comboBox(), &press);
-        return bench::Stamp::now() - a;
-    };
     // The letters some client's name starts with: type-ahead must reach a row for each of them.
     QSet<QString> present;
     {
@@ -146,8 +163,8 @@ void BM_LookupTypeAhead(benchmark::State& state) {
     for (auto _ : state) {
         if (i % 8 == 0) rawClientList(t, list);
         const QString& letter = letters[i++ % letters.size()];
-        tSmall += type(small, letter);
-        const auto d = type(large, letter);
+        tSmall += typeKey(small, letter);
+        const auto d = typeKey(large, letter);
         t.ours += d;
         state.SetIterationTime(d.wall);
         if (!present.contains(letter.toUpper()))

@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QListView>
 #include <QProxyStyle>
+#include <QScopeGuard>
 #include <QScopedValueRollback>
 #include <QTableView>
 #include <QToolButton>
@@ -402,9 +403,15 @@ void LookupCombo::syncFromKey() {
         comboRow = 0;
     if (combo_->currentIndex() != comboRow) combo_->setCurrentIndex(comboRow);
     // The lookup dataset's current row is the chosen one, so that its other fields can be read.
+    // The list's model does not take the move for a change of two rows: a list view re-lays out
+    // every row after one.
     db::AbstractDataSet* lds = model_->dataSet();
     if (row >= 0 && lds && lds->state() == db::DataSetState::Browse && lds->recNo() != row)
-        guarded([&] { lds->setRecNo(row); });
+        guarded([&] {
+            model_->setQuiet(true);
+            const auto loud = qScopeGuard([&] { model_->setQuiet(false); });
+            lds->setRecNo(row);
+        });
 }
 
 void LookupCombo::userChoseRow(int comboRow) {
