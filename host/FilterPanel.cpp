@@ -4,7 +4,6 @@
 #include "frames/core/Guard.h"
 #include "frames/core/Registry.h"
 #include "frames/core/SetFilter_EF.h"
-#include "frames/core/Tyapi.h"
 #include "frames/core/TyapiDates.h"
 #include "frames/edit/EF_Period.h"
 #include "frames/edit/EF_PeriodExt.h"
@@ -182,12 +181,7 @@ QString FilterPanelForm::condition(const Filter& f) const {
     if (auto* box = qobject_cast<frames::TSetFilter_EF*>(f.frame)) return box->SQL(f.def->column);
     QDate first, last;
     if (!periodDates(f.frame, first, last) || f.frame->IsEmpty()) return {};
-    QStringList parts;
-    if (first.isValid()) parts << f.def->column + QStringLiteral(" >= ") + frames::SqlLiteral(first);
-    // The day after the last one, so that a time of day on the last day still counts.
-    if (last.isValid()) parts << f.def->column + QStringLiteral(" < ") + frames::SqlLiteral(last.addDays(1));
-    if (parts.size() < 2) return parts.value(0);
-    return QLatin1Char('(') + parts.join(QStringLiteral(" and ")) + QLatin1Char(')');
+    return frames::DateRangeSql(f.def->column, first, last);
 }
 
 QString FilterPanelForm::keys(const Filter& f) const {

@@ -50,14 +50,50 @@ static bool isDataChange(const QString& statement) {
     return re.match(statement).hasMatch();
 }
 
-// Runs one script. Consecutive data statements go to the server as one block in one transaction
-// (each statement of its own would cost a commit, which is most of the build time); when a block
-// fails its statements run one by one so that the error names the statement at fault.
-static void runScript(db::Database& database, const QString& scriptName, const QString& text) {
-    const QStringList statements = db::SqlScript::split(text);
+// The statements of one script as the build sends them. Consecutive data statements go to the
+// server as one block in one transaction (each statement of its own would cost a commit, which is
+// most of the build time).
+static void planScript(const QString& scriptName, const QString& text, QList<BuildStep>& steps) {
     constexpr qsizetype maxBlockBytes = 48 * 1024; // well under the server's statement size limit
     QStringList batch;
     qsizetype batchBytes = 0;
+    auto flush = [&] {
+        if (batch.isEmpty()) return;
+        if (batch.size() == 1) {
+            steps.append({scriptName, batch.front(), {}});
+        } else {
+            QString block = QStringLiteral("EXECUTE BLOCK AS BEGIN\n");
+            for (const QString& s : batch) block += s + QStringLiteral(";\n");
+            block += QStringLiteral("END");
+            steps.append({scriptName, block, batch});
+        }
+        batch.clear();
+        batchBytes = 0;
+    };
+    for (const QString& statement : db::SqlScript::split(text)) {
+        if (clientOnly(statement)) continue;
+        if (!isDataChange(statement)) {
+            flush();
+            steps.append({scriptName, statement, {}});
+            continue;
+        }
+        const qsizetype bytes = statement.toUtf8().size() + 2;
+        if (batchBytes + bytes > maxBlockBytes) flush();
+        batch << statement;
+        batchBytes += bytes;
+    }
+    flush();
+}
+
+QList<BuildStep> buildSteps() {
+    QList<BuildStep> steps;
+    for (const QString& name : scriptNames()) planScript(QFileInfo(name).fileName(), readScript(name), steps);
+    return steps;
+}
+
+// Runs one step; when a block fails its statements run one by one so that the error names the
+// statement at fault.
+static void runStep(db::Database& database, const BuildStep& step) {
     auto runOne = [&](const QString& statement) {
         try {
             database.executeImmediate(statement);
@@ -67,41 +103,20 @@ static void runScript(db::Database& database, const QString& scriptName, const Q
             if (at >= 0) detail.truncate(at);
             throw db::Error(
                 e.kind(),
-                QStringLiteral("%1: %2\nStatement: %3").arg(scriptName, detail, statement.left(300)),
+                QStringLiteral("%1: %2\nStatement: %3").arg(step.script, detail, statement.left(300)),
                 e.gdsCodes(), e.sqlCode());
         }
     };
-    auto flush = [&] {
-        if (batch.isEmpty()) return;
-        if (batch.size() == 1) {
-            runOne(batch.front());
-        } else {
-            QString block = QStringLiteral("EXECUTE BLOCK AS BEGIN\n");
-            for (const QString& s : batch) block += s + QStringLiteral(";\n");
-            block += QStringLiteral("END");
-            try {
-                database.executeImmediate(block);
-            } catch (const db::Error&) {
-                for (const QString& s : batch) runOne(s);
-                throw; // every statement ran alone: the block failed for a reason of its own
-            }
-        }
-        batch.clear();
-        batchBytes = 0;
-    };
-    for (const QString& statement : statements) {
-        if (clientOnly(statement)) continue;
-        if (!isDataChange(statement)) {
-            flush();
-            runOne(statement);
-            continue;
-        }
-        const qsizetype bytes = statement.toUtf8().size() + 2;
-        if (batchBytes + bytes > maxBlockBytes) flush();
-        batch << statement;
-        batchBytes += bytes;
+    if (step.parts.isEmpty()) {
+        runOne(step.sql);
+        return;
     }
-    flush();
+    try {
+        database.executeImmediate(step.sql);
+    } catch (const db::Error&) {
+        for (const QString& s : step.parts) runOne(s);
+        throw; // every statement ran alone: the block failed for a reason of its own
+    }
 }
 
 QString schemaFingerprint() {
@@ -135,14 +150,21 @@ void createDemoDatabase(const QString& path) {
                                  .arg(QCoreApplication::applicationPid());
     QFile::remove(tempPath);
 
-    const QStringList scripts = scriptNames();
-    if (scripts.isEmpty()) throw db::Error::configuration(QStringLiteral("No schema scripts found"));
+    const QList<BuildStep> steps = buildSteps();
+    if (steps.isEmpty()) throw db::Error::configuration(QStringLiteral("No schema scripts found"));
     {
         db::Database database;
         try {
-            database.create(tempPath);
-            for (const QString& name : scripts)
-                runScript(database, QFileInfo(name).fileName(), readScript(name));
+            // Built with forced writes off (every page write would wait for the disk) and switched
+            // on once the data is in, as a working database should be.
+            db::Database::Options building;
+            building.forcedWrites = 0;
+            database.create(tempPath, building);
+            for (const BuildStep& step : steps) runStep(database, step);
+            database.close();
+            db::Database::Options finished;
+            finished.forcedWrites = 1;
+            database.open(tempPath, finished);
             database.close();
         } catch (...) {
             try {

@@ -4,8 +4,11 @@
 #include "platform/db/Params.h"
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
+#include "platform/widgets/CalcEdit.h"
 #include <QDate>
 #include <QDateTime>
+#include <algorithm>
+#include <cmath>
 
 namespace frames {
 
@@ -19,6 +22,22 @@ QString IBBool(bool value) {
     return value ? QStringLiteral("'T'") : QStringLiteral("'F'");
 }
 
+QString SqlNumber(double value) {
+    if (!std::isfinite(value)) return QStringLiteral("null");
+    const QString plain = ui::floatToStr(value);
+    const qsizetype point = plain.indexOf(u'.');
+    const qsizetype decimals = point < 0 ? 0 : plain.size() - point - 1;
+    const qsizetype digits = std::count_if(plain.begin(), plain.end(), [](QChar c) { return c.isDigit(); });
+    if (decimals <= 4 && digits <= 18) return plain;
+    QString mantissa = QString::number(value, 'e', 14);
+    const qsizetype e = mantissa.indexOf(u'e');
+    QString exponent = mantissa.mid(e + 1);
+    mantissa.truncate(e);
+    while (mantissa.endsWith(u'0')) mantissa.chop(1);
+    if (mantissa.endsWith(u'.')) mantissa.chop(1);
+    return mantissa + u'e' + QString::number(exponent.toInt());
+}
+
 QString SqlLiteral(const QVariant& v) {
     if (!v.isValid() || v.isNull()) return QStringLiteral("null");
     if (db::isIntegerValue(v)) return QString::number(v.toLongLong());
@@ -27,7 +46,7 @@ QString SqlLiteral(const QVariant& v) {
         return IBBool(v.toBool());
     case QMetaType::Double:
     case QMetaType::Float:
-        return QString::number(v.toDouble(), 'g', 17);
+        return SqlNumber(v.toDouble());
     case QMetaType::QDate:
         return StrParam(v.toDate().toString("yyyy-MM-dd"));
     case QMetaType::QDateTime:

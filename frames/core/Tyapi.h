@@ -34,6 +34,11 @@ void QvProcExec(const QString& procedure, const QVariantList& values);
 QString IBBool(bool value);
 // Quotes a string as an SQL literal: 'it''s'.
 QString StrParam(const QString& value);
+// A number as an SQL literal that the server takes against any numeric column: as it stands
+// when it has at most four decimals and eighteen digits ("1234.5"), otherwise with an exponent
+// ("1e-18"), which the server reads as a double. (A longer exact literal is refused, or makes the
+// server scale a column's values up to its decimals until they overflow.)
+QString SqlNumber(double value);
 // An SQL literal for any value: null, number, quoted text, 'yyyy-mm-dd' date.
 QString SqlLiteral(const QVariant& value);
 

@@ -1,5 +1,6 @@
 #include "frames/core/TyapiDates.h"
 #include "frames/core/Host.h"
+#include "frames/core/Tyapi.h"
 #include "platform/widgets/DateEdit.h"
 #include <QSpinBox>
 #include <stdexcept>
@@ -62,7 +63,7 @@ void setNull(int& key, ui::DateEdit* edit) {
     }
     if (!clear) return;
     if (!edit->isNull()) edit->userSetValue({});
-    edit->setText({});
+    edit->refresh(); // also drops digits typed into an edit that had no date
     key = 0;
 }
 
@@ -87,8 +88,13 @@ void RestoreLayoutDT(TConfigItem* node, ui::DateEdit* edit) {
     if (!node || !edit) return;
     const QVariant& v = node->Value();
     const int type = v.typeId();
+    // What the edit would not take from a user (a day beyond 31.12.9999) leaves it as it is.
     if (type == QMetaType::Double || type == QMetaType::Int || type == QMetaType::LongLong) {
-        edit->setDayNumber(v.toDouble());
+        const double day = v.toDouble();
+        if (day == NullDate)
+            edit->clearValue();
+        else if (const QDateTime d = ui::fromDayNumber(day); !d.isNull())
+            edit->setValue(d);
         return;
     }
     const QString text = node->GetAsString().trimmed();
@@ -98,7 +104,20 @@ void RestoreLayoutDT(TConfigItem* node, ui::DateEdit* edit) {
     }
     QDateTime d = QDateTime::fromString(text, Qt::ISODate);
     if (d.isNull()) d = ui::parseDateTime(text, true);
-    if (!d.isNull()) edit->setValue(d);
+    if (!d.isNull() && ui::isStorableDay(d.date())) edit->setValue(d);
+}
+
+QString DateRangeSql(const QString& field, const QDate& first, const QDate& last) {
+    const auto literal = [](const QDate& d) { return StrParam(d.toString(QStringLiteral("yyyy-MM-dd"))); };
+    QStringList parts;
+    if (first.isValid()) parts << field + QStringLiteral(" >= ") + literal(first);
+    // The last day the database takes has no day after it: every date lies on or before it.
+    if (last.isValid() && last < ui::lastStorableDay())
+        parts << field + QStringLiteral(" < ") + literal(last.addDays(1));
+    else if (last.isValid() && parts.isEmpty())
+        parts << field + QStringLiteral(" is not null");
+    if (parts.size() < 2) return parts.value(0);
+    return QLatin1Char('(') + parts.join(QStringLiteral(" and ")) + QLatin1Char(')');
 }
 
 void CheckMinMax(QSpinBox* edit) {

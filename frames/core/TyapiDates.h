@@ -34,9 +34,15 @@ void setRefreshcx(ui::DateEdit* edit);
 // The edit's value under the node: "yyyy-MM-dd" (with "THH:mm:ss" when the edit keeps a time),
 // "" for no date.
 void SaveLayoutDT(TConfigItem* node, const ui::DateEdit* edit);
-// Reads it back: "" empties the edit, a number is taken as a day number, a text that is not a
-// date leaves the edit as it is.
+// Reads it back: "" (or the day number -700000) empties the edit, another number is taken as a
+// day number; a text that is not a date, or a day the database does not take, leaves the edit
+// as it is.
 void RestoreLayoutDT(TConfigItem* node, ui::DateEdit* edit);
+
+// The condition that a column's date or timestamp lies in the days first to last, either of
+// them open when invalid ("" when both are): up to the start of the day after the last one, so
+// that any time on the last day counts, and valid up to the last day the database takes.
+QString DateRangeSql(const QString& field, const QDate& first, const QDate& last);
 
 // Keeps a spin box's value within its bounds, taking a typed text that is not yet its value.
 void CheckMinMax(QSpinBox* edit);

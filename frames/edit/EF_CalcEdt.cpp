@@ -26,6 +26,12 @@ TCalcEdt_Frame::TCalcEdt_Frame(QWidget* parent) : TAbsEditFrame(parent) {
     CalcEdit->OnClick = [this](QObject* s) { guard([&] { CalcEditClick(s); }); };
     CalcEdit->OnExit = [this](QObject* s) { guard([&] { CalcEditExit(s); }); };
     numedit::hookCalculator(CalcEdit);
+    // The limit holds however a value comes in: typed (taken at every key with ImmediatePost),
+    // set, or restored from a layout. The owners' handlers may replace the frame's own.
+    connect(CalcEdit, &ui::CalcEdit::editValueChanged, this, [this] {
+        if (!CalcEdit->isNull() && !(std::fabs(CalcEdit->value()) <= numedit::kLimit))
+            guard([&] { CheckRange(); });
+    });
 }
 
 TCalcEdt_Frame::~TCalcEdt_Frame() = default;
@@ -133,7 +139,7 @@ bool TCalcEdt_Frame::CheckRange() {
     try {
         const double v = CalcEdit->value();
         if (std::fabs(v) <= numedit::kLimit) return true;
-        CalcEdit->setEditValue(SignOf(v) ? numedit::kLimit : -numedit::kLimit);
+        CalcEdit->setEditValue(std::isnan(v) ? 0.0 : SignOf(v) ? numedit::kLimit : -numedit::kLimit);
     } catch (...) {
     }
     return false;

@@ -79,11 +79,23 @@ TMultiEdit_Frame::TMultiEdit_Frame(QWidget* parent) : TValueList_Frame(parent) {
     Edit->setObjectName("Edit");
     insertEditor(Edit);
     lbSelect->setBuddy(Edit);
-    connect(Edit, &QLineEdit::returnPressed, this, [this] {
-        if (GetReadOnly()) return;
-        if (AddText(Edit->text())) emit Changed();
-        Edit->clear();
-    });
+    // The frame takes Enter itself: a line edit passes it on, and on a dialog it would press the
+    // default button as well.
+    Edit->installEventFilter(this);
+}
+
+bool TMultiEdit_Frame::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == Edit && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            if (!GetReadOnly()) {
+                if (AddText(Edit->text())) emit Changed();
+                Edit->clear();
+            }
+            return true;
+        }
+    }
+    return TValueList_Frame::eventFilter(watched, event);
 }
 
 void TMultiEdit_Frame::SetReadOnly(bool value) {

@@ -56,6 +56,9 @@ public:
     void Clear() override;
 
     QLineEdit* Edit;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 };
 
 } // namespace frames

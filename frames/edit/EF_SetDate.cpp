@@ -1,7 +1,6 @@
 #include "frames/edit/EF_SetDate.h"
 #include "frames/core/Guard.h"
 #include "frames/core/Registry.h"
-#include "frames/core/Tyapi.h"
 #include "frames/core/TyapiDates.h"
 #include <QHBoxLayout>
 
@@ -18,10 +17,6 @@ ui::DateEdit* dateEditor(QWidget* parent, const QString& name) {
     e->setToolTip(QStringLiteral("Выбор даты"));
     e->setMinimumWidth(100);
     return e;
-}
-
-QString dateLiteral(const QDate& d) {
-    return StrParam(d.toString(QStringLiteral("yyyy-MM-dd")));
 }
 
 } // namespace
@@ -102,11 +97,7 @@ void TSetDate_EF::Clear() {
 
 QString TSetDate_EF::SQL(const QString& fieldName) {
     if (!cbSet->isChecked()) return {};
-    QStringList parts;
-    if (!deFromDate->isNull()) parts << fieldName + " >= " + dateLiteral(deFromDate->date());
-    if (!deToDate->isNull()) parts << fieldName + " < " + dateLiteral(deToDate->date().addDays(1));
-    if (parts.isEmpty()) return {};
-    return parts.size() == 1 ? parts.first() : "(" + parts.join(" and ") + ")";
+    return DateRangeSql(fieldName, deFromDate->date(), deToDate->date());
 }
 
 bool TSetDate_EF::IsCorrect() {

@@ -1,6 +1,7 @@
 #include "frames/edit/EF_SetDouble.h"
 #include "frames/core/Guard.h"
 #include "frames/core/Registry.h"
+#include "frames/core/Tyapi.h"
 #include <QGridLayout>
 #include <QLineEdit>
 #include <QVBoxLayout>
@@ -82,7 +83,7 @@ QString TSetDouble_EF::SQL(const QString& fieldName, bool allowNull) {
     if (!cbSet->isChecked()) return {};
     const double from = ceFromSumma->GetValue();
     const double to = ceToSumma->GetValue();
-    const QString f = ui::floatToStr(from), t = ui::floatToStr(to);
+    const QString f = SqlNumber(from), t = SqlNumber(to);
     QString result;
     bool brackets = false;
     if (to >= from) {

@@ -6,9 +6,9 @@ namespace frames::db {
 
 // The connection's character set. The databases are WIN1251 (so that "collate PXW_CYRL" applies),
 // and the connection uses the same set: text literals inside statements then carry WIN1251 and
-// can be ordered and compared with that collation. Column values still travel as UTF8 (the
-// statements ask the server for it), so only statement text, metadata names, text blobs and
-// server messages pass through this codec.
+// can be ordered and compared with that collation. WIN1251 columns, collated or not, are fetched
+// as stored and decoded on access by this codec, as are statement text, metadata names, text
+// blobs and server messages; columns in other sets are asked for in UTF8.
 inline constexpr const char* connectionCharset = "WIN1251";
 
 // Encodes text in the connection's character set. A character the set lacks cannot reach the

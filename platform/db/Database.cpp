@@ -38,6 +38,7 @@ void Database::attach(const QString& connectString, const Options& options, bool
                     dpb->insertString(st, isc_dpb_set_db_charset, "WIN1251");
                     dpb->insertInt(st, isc_dpb_sql_dialect, 3);
                 }
+                if (options.forcedWrites >= 0) dpb->insertInt(st, isc_dpb_force_write, options.forcedWrites);
                 IProvider* prov = fb::master()->getDispatcher();
                 try {
                     if (create)

@@ -27,6 +27,10 @@ public:
         QString user = "SYSDBA";
         QString password = "masterkey";
         QString role;
+        // Forced (synchronous) writes of the database file: -1 leaves the database's setting,
+        // 0 turns them off, 1 on. The setting is kept in the database; changing it takes the
+        // owner or SYSDBA.
+        int forcedWrites = -1;
     };
 
     void open(const QString& connectString, const Options& options);

@@ -27,9 +27,16 @@ QString metaName(const char* name) {
 
 constexpr unsigned CS_NONE = 0, CS_OCTETS = 1, CS_UNICODE_FSS = 3, CS_UTF8 = 4, CS_WIN1251 = 52;
 
+// Firebird reports a column declared with a collation with the collation's number in the high
+// byte of its character set id (WIN1251 collate PXW_CYRL is 308, not 52): only the low byte names
+// the set.
+unsigned charSetOf(unsigned id) {
+    return id & 0xFFu;
+}
+
 // Text columns come as they are in UTF8 and in WIN1251 (the databases' and the connection's own
 // set, decoded on access by our codec: no conversion on the server, one byte a letter); any
-// other set is asked for in UTF8.
+// other set is asked for in UTF8. `cs` is a set without its collation (charSetOf).
 bool fetchedAsIs(unsigned cs) {
     return cs == CS_OCTETS || cs == CS_UTF8 || cs == CS_NONE || cs == CS_WIN1251;
 }
@@ -142,14 +149,14 @@ Statement::Statement(Database* db, Transaction* tr, const QString& sql) : db_(db
         bool coerce = false;
         for (unsigned i = 0; i < n; ++i) {
             const unsigned t = out->getType(&st, i) & ~1u;
-            const unsigned cs = out->getCharSet(&st, i);
+            const unsigned cs = charSetOf(out->getCharSet(&st, i));
             if ((t == SQL_TEXT || t == SQL_VARYING) && !fetchedAsIs(cs)) coerce = true;
         }
         if (coerce) {
             IMetadataBuilder* b = out->getBuilder(&st);
             for (unsigned i = 0; i < n; ++i) {
                 const unsigned t = out->getType(&st, i) & ~1u;
-                const unsigned cs = out->getCharSet(&st, i);
+                const unsigned cs = charSetOf(out->getCharSet(&st, i));
                 if ((t == SQL_TEXT || t == SQL_VARYING) && !fetchedAsIs(cs)) {
                     const unsigned chars = out->getLength(&st, i) / bytesPerChar(cs);
                     b->setCharSet(&st, i, CS_UTF8);
@@ -170,7 +177,7 @@ Statement::Statement(Database* db, Transaction* tr, const QString& sql) : db_(db
             c.subType = out->getSubType(&st, i);
             c.length = out->getLength(&st, i);
             c.scale = out->getScale(&st, i);
-            c.charSet = out->getCharSet(&st, i);
+            c.charSet = charSetOf(out->getCharSet(&st, i));
             c.offset = out->getOffset(&st, i);
             c.nullOffset = out->getNullOffset(&st, i);
             c.field = metaName(out->getField(&st, i));

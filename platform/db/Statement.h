@@ -33,7 +33,7 @@ struct Column {
     int subType = 0;
     unsigned length = 0;
     int scale = 0;
-    unsigned charSet = 0;
+    unsigned charSet = 0; // the character set without its collation
     unsigned offset = 0, nullOffset = 0;
     FieldType type = FieldType::VarChar;
     int size = 0;

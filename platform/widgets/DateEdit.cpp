@@ -49,8 +49,24 @@ double toDayNumber(const QDateTime& value) {
     return days >= 0 ? days + fraction : days - fraction;
 }
 
+QDate firstStorableDay() {
+    return QDate(1, 1, 1);
+}
+
+QDate lastStorableDay() {
+    return QDate(9999, 12, 31);
+}
+
+bool isStorableDay(const QDate& d) {
+    return d.isValid() && d >= firstStorableDay() && d <= lastStorableDay();
+}
+
 QDateTime fromDayNumber(double day) {
     if (day == NullDay || !std::isfinite(day)) return {};
+    // Checked before the conversion to whole days, which a number this far off would overflow.
+    if (day < double(dayZero().daysTo(firstStorableDay())) ||
+        day >= double(dayZero().daysTo(lastStorableDay()) + 1))
+        return {};
     const double whole = std::trunc(day);
     const QDate date = dayZero().addDays(qint64(whole));
     const int msecs = int(std::llround(std::fabs(day - whole) * 86400000.0));
@@ -241,7 +257,7 @@ void DateEdit::applyMask() {
 // ---- value
 
 QDateTime DateEdit::normalized(const QDateTime& v) const {
-    if (v.isNull() || !v.date().isValid()) return {};
+    if (v.isNull() || !isStorableDay(v.date())) return {};
     if (!saveTime_) return QDateTime(v.date(), QTime(0, 0));
     return v;
 }
@@ -253,6 +269,9 @@ QString DateEdit::render(const QDateTime& v) const {
 void DateEdit::showValue() {
     const QString t = render(value_);
     if (text() != t) setText(t); // an empty masked edit keeps its separators
+    // Setting a text leaves the caret at its end, which in an empty mask is after the mask,
+    // where nothing can be typed.
+    if (masked_ && t.isEmpty()) setCursorPosition(0);
 }
 
 QString DateEdit::editText() const {
@@ -352,6 +371,25 @@ void DateEdit::focusOutEvent(QFocusEvent* e) {
     if (e->reason() == Qt::PopupFocusReason) return; // our own calendar, or a menu
     commitText();
     fire(OnExit);
+}
+
+int DateEdit::typingPosition() const {
+    const QString shown = displayText();
+    int pos = 0;
+    for (int i = 0; i < shown.size(); ++i)
+        if (shown[i].isDigit()) pos = i + 1;
+    // Past a separator that follows the digits ("05|.__" -> "05.|__").
+    while (pos < shown.size() && !shown[pos].isDigit() && shown[pos] != u'_') ++pos;
+    return pos;
+}
+
+void DateEdit::mousePressEvent(QMouseEvent* e) {
+    QLineEdit::mousePressEvent(e);
+    // A click beyond the digits typed puts the caret where typing goes on, not after the mask.
+    if (masked_ && e->button() == Qt::LeftButton && !hasSelectedText()) {
+        const int pos = typingPosition();
+        if (cursorPosition() > pos) setCursorPosition(pos);
+    }
 }
 
 void DateEdit::mouseReleaseEvent(QMouseEvent* e) {

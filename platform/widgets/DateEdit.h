@@ -25,7 +25,12 @@ QDateTime clockNow();
 inline constexpr double NullDay = -700000;
 QDate dayZero();
 double toDayNumber(const QDateTime& value); // NullDay for a null value
-QDateTime fromDayNumber(double day);        // null for NullDay
+// Null for NullDay and for a day outside the dates the database takes.
+QDateTime fromDayNumber(double day);
+// The dates the database takes: 1 January 0001 to 31 December 9999. A date edit holds no other.
+QDate firstStorableDay();
+QDate lastStorableDay();
+bool isStorableDay(const QDate& d);
 
 // Reads a date typed by a user: "d.m.yyyy", "d.m.yy" (years 50..99 are 19xx, 00..49 are 20xx),
 // "d.m" (the clock's current year), "/" or "-" as separators, "ddmmyy", "ddmmyyyy",
@@ -128,6 +133,7 @@ protected:
     void keyReleaseEvent(QKeyEvent* e) override;
     void focusInEvent(QFocusEvent* e) override;
     void focusOutEvent(QFocusEvent* e) override;
+    void mousePressEvent(QMouseEvent* e) override;
     void mouseReleaseEvent(QMouseEvent* e) override;
     bool eventFilter(QObject* o, QEvent* e) override;
 
@@ -136,6 +142,8 @@ private:
     QDateTime normalized(const QDateTime& v) const;
     void showValue();
     void applyMask();
+    // Masked: where typing goes on, the first blank after the digits typed (0 when none).
+    int typingPosition() const;
     void buildPopup();
     void writeField(const QDateTime& v);
     void fire(const std::function<void(QObject*)>& handler);

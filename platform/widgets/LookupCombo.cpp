@@ -3,41 +3,85 @@
 #include "platform/widgets/DataSetModel.h"
 #include "platform/widgets/ErrorReporter.h"
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QListView>
+#include <QProxyStyle>
+#include <QScopeGuard>
 #include <QScopedValueRollback>
 #include <QTableView>
 #include <QToolButton>
+#include <algorithm>
 #include <cmath>
 
 namespace frames::ui {
 
 namespace {
 
-// The combo part: asks its owner before the list opens. QComboBox::showPopup measures the text
-// (and asks the icon) of every item to size the list; with the model blank for that call a list
-// of half a million rows opens at once and the list is as wide as the combo.
+// The combo part: asks its owner before the list opens.
 class LookupComboBox : public QComboBox {
 public:
     using QComboBox::QComboBox;
     std::function<bool()> mayShow;
-    DataSetModel* dataModel = nullptr;
     void showPopup() override {
         if (mayShow && !mayShow()) return;
-        if (dataModel) dataModel->setBlank(true);
-        try {
-            QComboBox::showPopup();
-        } catch (...) {
-            if (dataModel) dataModel->setBlank(false);
-            throw;
-        }
-        if (dataModel) dataModel->setBlank(false);
-        view()->viewport()->update();
+        QComboBox::showPopup();
     }
 };
+
+// The list drops down below the combo, DropDownCount rows high. A style that places the list
+// over the combo instead (the "popup" look) makes QComboBox measure every row to size it and
+// ignore the number of rows to show: with this one, opening costs the same for any list size.
+class DropDownStyle : public QProxyStyle {
+public:
+    using QProxyStyle::QProxyStyle;
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* ret) const override {
+        if (hint == QStyle::SH_ComboBox_Popup) return 0;
+        return QProxyStyle::styleHint(hint, option, widget, ret);
+    }
+};
+
+// The list views of the combo: type-ahead (QComboBox hands typed text to its view's
+// keyboardSearch, and so does the open list) goes to the combo, which knows the list's order.
+template <class View> class TypeAheadView : public View {
+public:
+    explicit TypeAheadView(LookupCombo* owner) : owner_(owner) {}
+    void keyboardSearch(const QString& text) override { owner_->keyboardSearch(text); }
+
+private:
+    LookupCombo* owner_;
+};
+
+// Sort weight of a character as the server's Cyrillic collation orders text: without regard to
+// case, "Ё" a letter of its own between "Е" and "Ж", the other letters after every Latin letter,
+// digit and sign.
+inline uint sortWeight(QChar c) {
+    const uint u = c.toUpper().unicode();
+    if (u >= 0x410 && u <= 0x42F) return 0x10000 + (u - 0x410) * 2;
+    if (u == 0x401) return 0x10000 + (0x415 - 0x410) * 2 + 1;
+    return u;
+}
+
+// Compares text with a prefix by sort weight: <0 text sorts before every text that starts with
+// the prefix, 0 it starts with the prefix, >0 it sorts after them.
+int comparePrefix(const QString& text, const QString& prefix) {
+    const qsizetype n = std::min(text.size(), prefix.size());
+    for (qsizetype i = 0; i < n; ++i) {
+        const uint a = sortWeight(text[i]), b = sortWeight(prefix[i]);
+        if (a != b) return a < b ? -1 : 1;
+    }
+    return text.size() < prefix.size() ? -1 : 0;
+}
+
+int compareText(const QString& a, const QString& b) {
+    const int c = comparePrefix(a, b);
+    if (c != 0) return c;
+    return a.size() == b.size() ? 0 : 1; // a starts with b and is longer
+}
 
 bool isNullKey(const QVariant& v) {
     return !v.isValid() || v.isNull();
@@ -83,8 +127,11 @@ LookupCombo::LookupCombo(QWidget* parent) : QWidget(parent) {
     combo_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     combo_->setMinimumHeight(21);
     combo_->installEventFilter(this);
+    auto* style = new DropDownStyle;
+    style->setParent(combo_);
+    combo_->setStyle(style);
 
-    auto* list = new QListView;
+    auto* list = new TypeAheadView<QListView>(this);
     list->setUniformItemSizes(true);
     combo_->setView(list);
 
@@ -105,7 +152,6 @@ LookupCombo::LookupCombo(QWidget* parent) : QWidget(parent) {
     setFocusProxy(combo_);
 
     model_ = new DataSetModel(this);
-    box->dataModel = model_;
     model_->setDecoration([this](int row) { return rowImage(row); });
     combo_->setModel(model_);
     // Connected after setModel so that the combo has handled the reset when the key is re-shown.
@@ -179,7 +225,7 @@ void LookupCombo::rebuildModel() {
     if (table != tableView_) {
         tableView_ = table;
         if (table) {
-            auto* tv = new QTableView;
+            auto* tv = new TypeAheadView<QTableView>(this);
             tv->horizontalHeader()->hide();
             tv->verticalHeader()->hide();
             tv->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
@@ -190,7 +236,7 @@ void LookupCombo::rebuildModel() {
             tv->setWordWrap(false);
             combo_->setView(tv);
         } else {
-            auto* lv = new QListView;
+            auto* lv = new TypeAheadView<QListView>(this);
             lv->setUniformItemSizes(true);
             combo_->setView(lv);
         }
@@ -202,6 +248,8 @@ void LookupCombo::rebuildModel() {
 
 void LookupCombo::listReset() {
     keyIndexValid_ = false;
+    keyLookedUp_ = false;
+    ordered_ = -1;
     keyIndex_.clear();
     icons_.clear();
     syncFromKey();
@@ -218,6 +266,32 @@ int LookupCombo::rowOfKey(const QVariant& key) const {
     if (isNullKey(key)) return -1;
     db::AbstractDataSet* lds = model_->dataSet();
     if (!lds || !lds->active()) return -1;
+    if (!keyIndexValid_ && !keyLookedUp_) {
+        // The first key after the list was loaded (a frame showing its record) is looked for
+        // row by row: that costs less than the index over every row, which the second lookup
+        // builds.
+        keyLookedUp_ = true;
+        const int fi = lookupKeyIndex();
+        if (fi < 0) return -1;
+        const int n = model_->rowCount() - model_->rowOffset();
+        const db::Field* f = lds->field(fi);
+        const bool integral = f->dataType() == db::FieldType::SmallInt ||
+                              f->dataType() == db::FieldType::Integer ||
+                              f->dataType() == db::FieldType::BigInt;
+        bool isInt = false;
+        const qlonglong wanted = integral ? QVariant(keyText(key)).toLongLong(&isInt) : 0;
+        if (integral && isInt) {
+            for (int r = 0; r < n; ++r) {
+                const QVariant v = model_->valueAt(r, fi);
+                if (!isNullKey(v) && v.toLongLong() == wanted) return r;
+            }
+            return -1;
+        }
+        const QString wantedText = keyText(key);
+        for (int r = 0; r < n; ++r)
+            if (keyText(model_->valueAt(r, fi)) == wantedText) return r;
+        return -1;
+    }
     if (!keyIndexValid_) {
         keyIndex_.clear();
         const int fi = lookupKeyIndex();
@@ -329,9 +403,15 @@ void LookupCombo::syncFromKey() {
         comboRow = 0;
     if (combo_->currentIndex() != comboRow) combo_->setCurrentIndex(comboRow);
     // The lookup dataset's current row is the chosen one, so that its other fields can be read.
+    // The list's model does not take the move for a change of two rows: a list view re-lays out
+    // every row after one.
     db::AbstractDataSet* lds = model_->dataSet();
     if (row >= 0 && lds && lds->state() == db::DataSetState::Browse && lds->recNo() != row)
-        guarded([&] { lds->setRecNo(row); });
+        guarded([&] {
+            model_->setQuiet(true);
+            const auto loud = qScopeGuard([&] { model_->setQuiet(false); });
+            lds->setRecNo(row);
+        });
 }
 
 void LookupCombo::userChoseRow(int comboRow) {
@@ -385,6 +465,75 @@ void LookupCombo::closeUp(bool accept) {
     }
 }
 
+// ---- type-ahead
+
+int LookupCombo::findByPrefix(const QString& prefix, int from) const {
+    db::AbstractDataSet* lds = model_->dataSet();
+    const int col = model_->fieldIndex(0);
+    const int n = model_->rowCount() - model_->rowOffset();
+    if (!lds || !lds->active() || col < 0 || n <= 0 || prefix.isEmpty()) return -1;
+    from = std::clamp(from, 0, n - 1);
+    auto text = [&](int r) { return model_->textAt(r, col); };
+    auto matches = [&](int r) { return comparePrefix(text(r), prefix) == 0; };
+
+    if (ordered_ < 0) {
+        // Ordered by the display text if evenly spread sample rows are: cheap for any size, and
+        // a list in another order (by a key, by date) is seldom ordered by name at every sample.
+        ordered_ = 1;
+        const int samples = std::min(n, 65);
+        QString prev;
+        for (int i = 0; i < samples && ordered_; ++i) {
+            const QString t = text(samples > 1 ? int(qint64(n - 1) * i / (samples - 1)) : 0);
+            if (i > 0 && compareText(prev, t) > 0) ordered_ = 0;
+            prev = t;
+        }
+    }
+    if (ordered_) {
+        int lo = 0, hi = n; // first row that does not sort before the prefix
+        while (lo < hi) {
+            const int mid = lo + (hi - lo) / 2;
+            if (comparePrefix(text(mid), prefix) < 0)
+                lo = mid + 1;
+            else
+                hi = mid;
+        }
+        if (lo == n || !matches(lo)) return -1;
+        // As the plain search from `from` would: stay on a matching row at or after it.
+        return from > lo && matches(from) ? from : lo;
+    }
+    for (int i = 0; i < n; ++i) {
+        const int r = (from + i) % n;
+        if (matches(r)) return r;
+    }
+    return -1;
+}
+
+void LookupCombo::keyboardSearch(const QString& text) {
+    if (text.isEmpty() || readOnly_) return;
+    QAbstractItemView* view = combo_->view();
+    if (!typedTimer_.isValid() || typedTimer_.elapsed() > QApplication::keyboardInputInterval())
+        typed_.clear();
+    typedTimer_.start();
+    typed_ += text;
+    // As item views do: a new search starts after the current row, and one letter typed again
+    // and again steps through the rows that start with it.
+    const bool repeated =
+        typed_.size() > 1 && typed_.count(typed_.back(), Qt::CaseInsensitive) == typed_.size();
+    const QString prefix = repeated ? typed_.left(1) : typed_;
+    const int current = model_->dataSetRow(view->currentIndex().isValid() ? view->currentIndex().row()
+                                                                          : combo_->currentIndex());
+    const int start = current < 0 ? 0 : (typed_.size() == text.size() || repeated ? current + 1 : current);
+    const int n = model_->rowCount() - model_->rowOffset();
+    int row = -1;
+    guarded([&] { row = findByPrefix(prefix, n > 0 ? start % n : 0); });
+    if (row < 0) return;
+    const QModelIndex idx = model_->index(model_->modelRow(row), combo_->modelColumn());
+    view->setCurrentIndex(idx);
+    // The closed list is scrolled when it opens; scrolling the hidden view would lay out every
+    // row first.
+    if (isDroppedDown()) view->scrollTo(idx);
+}
+
 // ---- keys
 
 bool LookupCombo::eventFilter(QObject* o, QEvent* e) {
@@ -397,7 +546,9 @@ bool LookupCombo::eventFilter(QObject* o, QEvent* e) {
     const Qt::KeyboardModifiers mods = ke->modifiers();
     if (OnKeyDown) {
         if (!guarded([&] { OnKeyDown(this, key, mods); })) return true;
-        if (key == 0) return true;
+        // The handler took the key. A letter that came without a key code (a composed one)
+        // goes on to type-ahead.
+        if (key == 0 && ke->key() != 0) return true;
     }
     const Qt::KeyboardModifiers plain = mods & ~Qt::KeypadModifier;
     if (key == Qt::Key_Delete && plain == Qt::NoModifier) {
@@ -408,6 +559,13 @@ bool LookupCombo::eventFilter(QObject* o, QEvent* e) {
                 if (had && OnChange) OnChange(this);
             });
         }
+        return true;
+    }
+    if (key == Qt::Key_Space && plain == Qt::NoModifier && !readOnly_ && !typed_.isEmpty() &&
+        typedTimer_.isValid() && typedTimer_.elapsed() <= QApplication::keyboardInputInterval()) {
+        // A space typed within a name ("Иванов И") goes on with the search; only a space of its
+        // own opens the list.
+        keyboardSearch(QStringLiteral(" "));
         return true;
     }
     if ((key == Qt::Key_F2 && plain == Qt::NoModifier) ||

@@ -1,5 +1,6 @@
 #pragma once
 #include "platform/widgets/FieldLink.h"
+#include <QElapsedTimer>
 #include <QIcon>
 #include <QPointer>
 #include <QVariant>
@@ -85,6 +86,15 @@ public:
     // is the EmptyValue entry). Images are kept per row until the list is reloaded.
     std::function<QIcon(QObject* sender, int row)> OnGetImage;
 
+    // Type-ahead: the first list row (dataset row) at or after `from`, wrapping, whose display
+    // text starts with `prefix` regardless of case; -1 when none. A list ordered by its display
+    // column (as "order by" a Cyrillic collation leaves it) is searched by halving, any other
+    // row by row.
+    int findByPrefix(const QString& prefix, int from = 0) const;
+    // What the list's type-ahead does with typed text (the keys of the closed combo and of the
+    // open list both end here): moves to the matching row of the text typed so far.
+    void keyboardSearch(const QString& text);
+
     QComboBox* comboBox() const { return combo_; }
     QToolButton* button() const { return button_; }
 
@@ -115,6 +125,10 @@ private:
     bool syncing_ = false;
     mutable QHash<QString, int> keyIndex_;
     mutable bool keyIndexValid_ = false;
+    mutable bool keyLookedUp_ = false; // one key was looked up since the list was loaded
+    mutable int ordered_ = -1;         // list ordered by its display text: -1 not known yet
+    QString typed_;                    // type-ahead text typed so far
+    QElapsedTimer typedTimer_;
     mutable QHash<int, QIcon> icons_;
     mutable bool inImage_ = false;
     bool tableView_ = false;

@@ -1,6 +1,7 @@
 #include "DbTestUtil.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/Query.h"
+#include "platform/db/Statement.h"
 
 using namespace frames::db;
 using frames::db::test::ScratchDb;
@@ -137,6 +138,44 @@ TEST_F(Types, EmptyTextIsNotNullAndLargeResultsStayIntact) {
         EXPECT_EQ(ds.fieldByName("v")->asString(), QString(500, QChar(0x0449)) + QString::number(row));
         EXPECT_TRUE(ds.fieldByName("o")->isNull());
     }
+}
+
+// The server describes text in the connection's character set, with a column's collation in the
+// high byte of the id; collated or not, the column is fetched as stored (one byte a letter, no
+// conversion on the server) and decodes to the text written.
+TEST_F(Types, CollatedTextComesAsStoredAndDecodes) {
+    exec("create table coll (id integer, n varchar(150) collate PXW_CYRL, c char(6) collate PXW_CYRL,"
+         " p varchar(150), u varchar(10) character set utf8 collate unicode_ci)");
+    exec("insert into coll (id) values (1)");
+    const QString name = QString::fromUtf8("Ёлкин Я. «Ёж и Ко» №5");
+    const QStringList values = {name, QString::fromUtf8("Ёж"), name, QString::fromUtf8("€ ё")};
+    const QStringList columns = {"n", "c", "p", "u"};
+    Transaction w(db.get(), TransactionOptions::writeNoWait());
+    Query q(db.get(), &w);
+    for (int i = 0; i < columns.size(); ++i) {
+        q.setSql("update coll set " + columns[i] + " = :v");
+        q.paramByName("v")->setValue(values[i]);
+        q.exec();
+    }
+    w.commit();
+
+    Statement st(db.get(), read.get(), "select n, c, p, u from coll");
+    const std::vector<unsigned> lengths = {150, 6, 150, 10};
+    ASSERT_EQ(st.columns().size(), lengths.size());
+    for (size_t i = 0; i < lengths.size(); ++i) {
+        const Column& c = st.columns()[i];
+        EXPECT_EQ(c.charSet, 52u) << c.name.toStdString();
+        EXPECT_EQ(c.length, lengths[i]) << c.name.toStdString();
+        EXPECT_EQ(c.size, int(lengths[i])) << c.name.toStdString();
+    }
+
+    DataSet ds(db.get(), read.get());
+    ds.setSelectSql("select n, c, p, u from coll");
+    ds.open();
+    ASSERT_EQ(ds.recordCount(), 1);
+    for (int i = 0; i < columns.size(); ++i)
+        EXPECT_EQ(ds.fieldByName(columns[i])->asString(), values[i]) << columns[i].toStdString();
+    EXPECT_EQ(ds.fieldByName("n")->size(), 150);
 }
 
 } // namespace

@@ -294,6 +294,18 @@ TEST(DateHelpers, AdjustSetNullLayoutAndMinMax) {
     copy.ItemByName("X")->SetAsString("когда-нибудь");
     RestoreLayoutDT(copy.ItemByName("X"), &a); // ignored
     EXPECT_EQ(a.date(), QDate(2024, 3, 15));
+    // Dates the database does not take are ignored as typed ones are; its last day is taken.
+    for (const double day : {3000000.0, 2958466.0, -693594.0, 1e300}) {
+        copy.ItemByName("Far")->SetAsFloat(day);
+        RestoreLayoutDT(copy.ItemByName("Far"), &a);
+        EXPECT_EQ(a.date(), QDate(2024, 3, 15)) << day;
+    }
+    copy.ItemByName("Far")->SetAsString("10000-01-01");
+    RestoreLayoutDT(copy.ItemByName("Far"), &a);
+    EXPECT_EQ(a.date(), QDate(2024, 3, 15));
+    copy.ItemByName("Last")->SetAsFloat(2958465);
+    RestoreLayoutDT(copy.ItemByName("Last"), &a);
+    EXPECT_EQ(a.date(), QDate(9999, 12, 31));
 
     // A typed number that is not yet the value (it could still grow into the range) is brought in.
     QSpinBox spin;
@@ -361,6 +373,51 @@ TEST(DateFrames, DateChangeFiresOncePerRealChangeAndTellsTheOwner) {
     f->SetDate(QDate(2024, 3, 1));
     f->DateChange();
     EXPECT_EQ(senders.size(), 4);
+}
+
+// A masked date emptied by Delete, or clicked right of its mask, takes what is typed next: the
+// caret goes where typing fills the date, in every frame with a date editor.
+TEST(DateFrames, TypingFillsAnEmptiedMaskAfterDeleteOrAClickBesideIt) {
+    test::TestHost host;
+    host.today = QDate(2024, 3, 15);
+    for (const char* cls : {"TDateEdit_Frame", "TDBDateEdit_Frame", "TSetDate_EF", "TPeriodExt_EF"}) {
+        SCOPED_TRACE(cls);
+        Window w;
+        w.top.resize(500, 200);
+        auto* f = make<TAbsEditFrame>(cls, &w.top);
+        w.add(f);
+        f->Init();
+        auto* e = f->findChild<ui::DateEdit*>();
+        ASSERT_NE(e, nullptr);
+        activate(&w.top);
+        // Beside the mask, left of the calendar button.
+        const QPoint beside(e->width() - 30, e->height() / 2);
+        ASSERT_GT(beside.x(), e->fontMetrics().horizontalAdvance("__.__.____") + 10);
+
+        e->setDate(QDate(2024, 3, 15));
+        e->setFocus();
+        QTest::keyClick(e, Qt::Key_Delete);
+        EXPECT_TRUE(e->isNull());
+        QTest::keyClicks(e, "01022024");
+        QTest::keyClick(e, Qt::Key_Return);
+        EXPECT_EQ(e->date(), QDate(2024, 2, 1));
+
+        e->clearValue();
+        w.other->setFocus();
+        QTest::mouseClick(e, Qt::LeftButton, {}, beside);
+        QTest::keyClicks(e, "03042024");
+        QTest::keyClick(e, Qt::Key_Return);
+        EXPECT_EQ(e->date(), QDate(2024, 4, 3));
+
+        // A half-typed date goes on where it stopped.
+        e->clearValue();
+        QTest::keyClicks(e, "05");
+        QTest::mouseClick(e, Qt::LeftButton, {}, beside);
+        QTest::keyClicks(e, "062024");
+        QTest::keyClick(e, Qt::Key_Return);
+        EXPECT_EQ(e->date(), QDate(2024, 6, 5));
+        EXPECT_TRUE(host.messages.empty());
+    }
 }
 
 class DatesOnEditDialog : public test::DbTest {};

@@ -14,6 +14,10 @@
 #include "frames/edit/EF_PriceType.h"
 #include "platform/db/Field.h"
 #include "tests/support/DbFixture.h"
+#include <QApplication>
+#include <QDialog>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
@@ -348,6 +352,41 @@ TEST(TextEdit, MultiValueFramesCollectEnteredValuesOnce) {
     }
     EXPECT_EQ(e->ItemsList(), QString("100-0001,100-0002"));
     EXPECT_TRUE(e->Edit->text().isEmpty());
+}
+
+// On a dialog with a default button, Enter in either multi-value frame adds the value and goes
+// no further: the dialog stays open.
+TEST(TextEdit, EnterInAMultiValueFrameDoesNotReachTheDialogsDefaultButton) {
+    test::TestHost host;
+    for (const char* cls : {"TMultiEdit_Frame", "TMultiEditComboBox_EF"}) {
+        SCOPED_TRACE(cls);
+        QDialog dialog;
+        auto* box = new QVBoxLayout(&dialog);
+        auto* f = make<TValueList_Frame>(cls, &dialog);
+        auto* ok = new QPushButton("OK", &dialog);
+        ok->setDefault(true);
+        QObject::connect(ok, &QPushButton::clicked, &dialog, &QDialog::accept);
+        box->addWidget(f);
+        box->addWidget(ok);
+        dialog.show();
+        QApplication::setActiveWindow(&dialog);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        QWidget* editor = qobject_cast<TMultiEdit_Frame*>(f)
+                              ? static_cast<QWidget*>(qobject_cast<TMultiEdit_Frame*>(f)->Edit)
+                              : qobject_cast<TMultiEditComboBox_EF*>(f)->ComboBox;
+        for (const char* t : {"100-0001", ""}) {
+            editor->setFocus();
+            typeText(editor, t);
+            QTest::keyClick(editor, Qt::Key_Return);
+            EXPECT_TRUE(dialog.isVisible());
+            EXPECT_EQ(dialog.result(), 0);
+        }
+        EXPECT_EQ(f->ItemsList(), QString("100-0001"));
+        // Enter elsewhere on the dialog still presses OK.
+        ok->setFocus();
+        QTest::keyClick(ok, Qt::Key_Return);
+        EXPECT_EQ(dialog.result(), int(QDialog::Accepted));
+    }
 }
 
 TEST(TextEdit, EditComboHooksFilterKeysAndReportAFailedExit) {

@@ -39,6 +39,7 @@
 #include "tests/support/DbFixture.h"
 #include <QApplication>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTableWidget>
@@ -439,6 +440,90 @@ TEST_F(EditorForms, FilterPanelConditionsCountWhatAnIndependentQueryCounts) {
     dates->SetChecked(true);
     EXPECT_EQ(panel.runQuery(), -1);
     EXPECT_TRUE(logged("задан неверно"));
+    panel.reject();
+}
+
+// Whatever a user types or a layout holds, the panel's statement runs: amounts beyond what the
+// editors keep are cut to their limit as they are typed, amounts with many decimals and dates up
+// to the last day the database takes give conditions that it accepts.
+TEST_F(EditorForms, FilterPanelStatementRunsForExtremeAmountsAndDates) {
+    auto runs = [](FilterPanelForm& panel) {
+        int n = -2;
+        EXPECT_NO_THROW(n = panel.runQuery()) << panel.countSql().toStdString();
+        return n;
+    };
+    // Layout values no editor would take: amounts of 1e30, a day number in the year 10113.
+    TConfigItem* node = wb->LayoutRoot()->ItemByName("FilterPanel");
+    node->ItemByName("TSetDouble_EF")->ItemByName("FromSumma")->SetAsFloat(-1e30);
+    node->ItemByName("TSetDouble_EF")->ItemByName("ToSumma")->SetAsFloat(1e30);
+    node->ItemByName("TSetDouble_EF")->ItemByName("cbSet.Checked")->SetAsBoolean(true);
+    node->ItemByName("TSetDate_EF")->ItemByName("FromDate")->SetAsFloat(3000000);
+    node->ItemByName("TSetDate_EF")->ItemByName("ToDate")->SetAsString("2024-03-31");
+    node->ItemByName("TSetDate_EF")->ItemByName("cbSet.Checked")->SetAsBoolean(true);
+    FilterPanelForm panel(wb.get());
+    panel.prepare();
+    auto* sums = filter<TSetDouble_EF>(panel, "TSetDouble_EF");
+    auto* dates = filter<TSetDate_EF>(panel, "TSetDate_EF");
+    for (const auto& f : panel.filters())
+        if (f.frame != sums && f.frame != dates) f.frame->Clear();
+    EXPECT_DOUBLE_EQ(sums->ceFromSumma->GetValue(), -999999999);
+    EXPECT_DOUBLE_EQ(sums->ceToSumma->GetValue(), 999999999);
+    EXPECT_TRUE(dates->deFromDate->isNull());
+    EXPECT_EQ(runs(panel), count("AMOUNT is not null and DOC_DATE <= '2024-03-31'"));
+    dates->SetChecked(false);
+
+    // Typed amounts of 18 and 25 digits, without leaving the editor; 18 decimals.
+    panel.show();
+    QApplication::setActiveWindow(&panel);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&panel));
+    auto type = [](TCalcEdt_Frame* f, const char* text) {
+        QLineEdit* e = f->CalcEdit->lineEdit();
+        e->setFocus();
+        e->selectAll();
+        QTest::keyClicks(e, text);
+    };
+    type(sums->ceFromSumma, "0");
+    type(sums->ceToSumma, "123456789012345678");
+    EXPECT_DOUBLE_EQ(sums->ceToSumma->GetValue(), 999999999);
+    EXPECT_EQ(runs(panel), count("AMOUNT between 0 and 999999999"));
+    type(sums->ceToSumma, "1234567890123456789012345");
+    EXPECT_EQ(runs(panel), count("AMOUNT between 0 and 999999999"));
+    type(sums->ceFromSumma, "-123456789012345678");
+    EXPECT_DOUBLE_EQ(sums->ceFromSumma->GetValue(), -999999999);
+    type(sums->ceFromSumma, "0,000000000000000001");
+    EXPECT_EQ(runs(panel), count("AMOUNT > 0 and AMOUNT <= 999999999"));
+    type(sums->ceToSumma, "0,00000000000000000000001"); // below the first: outside the two
+    EXPECT_EQ(runs(panel), count("AMOUNT is not null"));
+    type(sums->ceFromSumma, "123456789,123456");
+    type(sums->ceToSumma, "0,5");
+    EXPECT_EQ(runs(panel), count("AMOUNT >= 123456789.123456 or AMOUNT <= 0.5"));
+    sums->SetChecked(false);
+
+    // Dates up to 31.12.9999 and from 01.01.0001, typed or set, on a date and a timestamp column.
+    dates->deFromDate->setDate(QDate(2024, 3, 1));
+    dates->deToDate->setDate(QDate(9999, 12, 31));
+    dates->SetChecked(true);
+    EXPECT_EQ(runs(panel), count("DOC_DATE >= '2024-03-01'"));
+    dates->deFromDate->clearValue();
+    EXPECT_EQ(runs(panel), count("1=1"));
+    dates->deFromDate->setDate(QDate(1, 1, 1));
+    dates->deToDate->setDate(QDate(2024, 3, 31));
+    EXPECT_EQ(runs(panel), count("DOC_DATE <= '2024-03-31'"));
+    dates->SetChecked(false);
+    auto* created = filter<TSetPeriod_EF>(panel, "TSetPeriod_EF");
+    created->deFromDate->setDate(QDate(2024, 3, 15));
+    created->deToDate->setFocus();
+    created->deToDate->selectAll();
+    QTest::keyClicks(created->deToDate, "31129999");
+    QTest::keyClick(created->deToDate, Qt::Key_Return);
+    EXPECT_EQ(created->deToDate->date(), QDate(9999, 12, 31));
+    created->SetChecked(true);
+    EXPECT_EQ(runs(panel), count("CREATED >= '2024-03-15'"));
+    created->SetChecked(false);
+    auto* period = filter<TPeriodExt_EF>(panel, "TPeriodExt_EF");
+    period->deFirstDate->setDate(QDate(2024, 3, 1));
+    period->deLastDate->setDate(QDate(9999, 12, 31));
+    EXPECT_EQ(runs(panel), count("DOC_DATE >= '2024-03-01'"));
     panel.reject();
 }
 

@@ -94,12 +94,12 @@ TEST(DemoDatabaseBuild, ReplacesAFileAndRebuildsOneMadeFromOtherScripts) {
     schema::createDemoDatabase(path); // replaced, with the scripts' fingerprint beside it
     EXPECT_EQ(QDir(dir.filePath("sub")).entryList(QDir::Files | QDir::Hidden),
               (QStringList{"demo.fdb", "demo.fdb.schema"}));
-    auto cards = [&] {
+    auto number = [&](const QString& sql) {
         db::Database database;
         database.open(path);
         db::Transaction tr(&database, db::TransactionOptions::read());
         db::Query q(&database, &tr);
-        q.setSql("select count(*) from CARD");
+        q.setSql(sql);
         q.open();
         const int n = q.next() ? q.value(0).toInt() : -1;
         q.close();
@@ -107,7 +107,10 @@ TEST(DemoDatabaseBuild, ReplacesAFileAndRebuildsOneMadeFromOtherScripts) {
         database.close();
         return n;
     };
+    auto cards = [&] { return number("select count(*) from CARD"); };
     EXPECT_EQ(cards(), 30);
+    // Built with forced writes off, the finished database has them on.
+    EXPECT_EQ(number("select mon$forced_writes from mon$database"), 1);
 
     QString previous;
     EXPECT_FALSE(schema::ensureDemoDatabase(path, &previous)); // made from these scripts: kept

@@ -1,10 +1,15 @@
 #include "platform/widgets/LookupCombo.h"
 #include "Tables.h"
+#include "platform/db/DataSet.h"
 #include "platform/db/Field.h"
 #include "platform/widgets/ErrorReporter.h"
+#include "tests/db/DbTestUtil.h"
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
+#include <QScrollBar>
 #include <QTest>
+#include <QThread>
 #include <QToolButton>
 #include <gtest/gtest.h>
 
@@ -251,6 +256,169 @@ TEST(LookupCombo, LargeList) {
     // Opening does not go through the rows: only the shown ones are asked for their image.
     EXPECT_GT(images, 0);
     EXPECT_LT(images, 100);
-    EXPECT_EQ(lc.comboBox()->view()->currentIndex().row(), 199998);
-    lc.closeUp(false);
+    QAbstractItemView* view = lc.comboBox()->view();
+    EXPECT_EQ(view->currentIndex().row(), 199998);
+    // The open list shows about DropDownCount rows, the current one among them, and scrolls over
+    // every row.
+    auto firstShown = [&] { return view->indexAt(QPoint(2, 2)).row(); };
+    auto shows = [&](int row) {
+        return view->viewport()->rect().intersects(view->visualRect(view->model()->index(row, 0)));
+    };
+    EXPECT_LE(view->viewport()->height(), 12 * view->sizeHintForRow(0));
+    EXPECT_GE(view->viewport()->height(), 4 * view->sizeHintForRow(0));
+    EXPECT_TRUE(shows(199998));
+    EXPECT_GT(firstShown(), 199980);
+    QTest::keyClick(view, Qt::Key_Home);
+    EXPECT_EQ(view->currentIndex().row(), 0);
+    EXPECT_EQ(firstShown(), 0);
+    QTest::keyClick(view, Qt::Key_PageDown);
+    const int afterPage = view->currentIndex().row();
+    EXPECT_GT(afterPage, 3);
+    EXPECT_LT(afterPage, 12);
+    EXPECT_TRUE(shows(afterPage));
+    view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(shows(199999));
+    EXPECT_EQ(view->model()->data(view->indexAt(QPoint(2, 2))).toString(),
+              QString("Name %1").arg(firstShown()));
+    QTest::keyClick(view, Qt::Key_End);
+    EXPECT_EQ(view->currentIndex().row(), 199999);
+    QTest::keyClick(view, Qt::Key_Return);
+    EXPECT_FALSE(lc.isDroppedDown());
+    EXPECT_EQ(lc.keyValue().toInt(), 199999);
+    EXPECT_EQ(lc.comboBox()->currentText(), "Name 199999");
+}
+
+namespace {
+
+// Russian names in the order the server gives them for "order by" a Cyrillic collation, or in
+// the order they were inserted.
+class TypeAhead : public db::test::ScratchDb {
+protected:
+    void SetUp() override {
+        ScratchDb::SetUp();
+        exec("create table names (id integer not null primary key, name varchar(60) collate PXW_CYRL)");
+        const QStringList first = {"Иванов", "ёлкин",   "Ёжиков", "Елисеев", "ежов",   "Яковлев", "яшин",
+                                   "Жуков",  "Эйсмонт", "Юдин",   "Абрамов", "Щукин",  "Ершов",   "Ёлочкин",
+                                   "Ясенев", "Zeta",    "alpha",  "Beta",    "«Ёлка»", "Орлов"};
+        QString block = "execute block as declare k integer = 0; begin while (k < 150) do begin\n";
+        for (int i = 0; i < first.size(); ++i)
+            block += QString("insert into names values (:k * %1 + %2, '%3 ' || mod(:k * 919, 1000));\n")
+                         .arg(first.size())
+                         .arg(i)
+                         .arg(first[i]);
+        exec(block + "k = k + 1; end end");
+    }
+    // A lookup over the names in the given order, with nothing chosen.
+    void open(const QString& order) {
+        ds = std::make_unique<db::DataSet>(db.get(), read.get());
+        ds->setSelectSql("select id, name from names order by " + order);
+        ds->open();
+        src = std::make_unique<db::DataSource>(ds.get());
+        lc = std::make_unique<ui::LookupCombo>();
+        lc->setLookupSource(src.get());
+        lc->setLookupField("ID");
+        lc->setLookupDisplay("NAME");
+        // As the frames do: a key handler that lets letters through.
+        lc->OnKeyDown = [this](QObject*, int&, Qt::KeyboardModifiers) { ++keysSeen; };
+        lc->show();
+    }
+    QString nameAt(int row) const { return ds->valueAt(row, 1).toString(); }
+    // The first row from the top whose name starts with prefix, regardless of case.
+    int expected(const QString& prefix) const {
+        for (int r = 0; r < ds->recordCount(); ++r)
+            if (nameAt(r).startsWith(prefix, Qt::CaseInsensitive)) return r;
+        return -1;
+    }
+    // Types text into the closed combo as a new search; returns the chosen row's name.
+    QString type(const QString& text) {
+        newSearch();
+        for (const QChar ch : text) {
+            QKeyEvent press(QEvent::KeyPress, ch.toUpper().unicode(), Qt::NoModifier, QString(ch));
+            QApplication::sendEvent(lc->comboBox(), &press);
+            QApplication::setKeyboardInputInterval(1000000); // the next letters go on with it
+        }
+        QApplication::setKeyboardInputInterval(400);
+        return lc->displayText();
+    }
+    // The next letter starts a new search, as after a pause.
+    static void newSearch() {
+        QApplication::setKeyboardInputInterval(0);
+        QThread::msleep(2);
+    }
+    std::unique_ptr<db::DataSet> ds;
+    std::unique_ptr<db::DataSource> src;
+    std::unique_ptr<ui::LookupCombo> lc;
+    int keysSeen = 0;
+};
+
+} // namespace
+
+// Type-ahead on a list ordered by name lands on the first row that starts with what was typed,
+// "Ё" apart from "Е", whatever the case; a list in another order gives the same rows.
+TEST_F(TypeAhead, LandsOnTheFirstMatchingRowForCyrillicPrefixes) {
+    const QStringList prefixes = {"Я", "я", "Ё", "ё", "Е", "е", "Ёл", "Ёж", "ел", "Ежо",       "Яш",
+                                  "Ж", "Щ", "Э", "Ю", "А", "И", "«",  "z",  "B",  "Ёлочкин 9", "Яковлев 1"};
+    for (const QString order : {"name", "id"}) {
+        SCOPED_TRACE(order.toStdString());
+        open(order);
+        for (const QString& prefix : prefixes) {
+            SCOPED_TRACE(prefix.toStdString());
+            lc->clear();
+            const int row = expected(prefix);
+            ASSERT_GE(row, 0);
+            EXPECT_EQ(lc->findByPrefix(prefix), row);
+            EXPECT_EQ(type(prefix), nameAt(row));
+            EXPECT_EQ(lc->keyValue().toInt(), ds->valueAt(row, 0).toInt());
+        }
+        EXPECT_GT(keysSeen, 0);
+        // A composed letter comes without a key code and is searched all the same.
+        lc->clear();
+        newSearch();
+        QKeyEvent composed(QEvent::KeyPress, 0, Qt::NoModifier, "ё");
+        QApplication::sendEvent(lc->comboBox(), &composed);
+        QApplication::setKeyboardInputInterval(400);
+        EXPECT_EQ(lc->displayText(), nameAt(expected("Ё")));
+        // Nothing starts with these: the choice stays.
+        lc->clear();
+        type("Ы");
+        EXPECT_FALSE(lc->keyValue().isValid());
+        EXPECT_EQ(lc->findByPrefix("Ёлкин Я"), -1);
+        EXPECT_EQ(lc->findByPrefix("ЯЯ"), -1);
+    }
+    // On the ordered list one letter typed again steps to the next row that starts with it.
+    open("name");
+    lc->clear();
+    const int first = expected("Я");
+    type("Я");
+    QApplication::setKeyboardInputInterval(1000000);
+    for (int k = 1; k <= 3; ++k) {
+        QKeyEvent press(QEvent::KeyPress, 0x42F, Qt::NoModifier, "Я");
+        QApplication::sendEvent(lc->comboBox(), &press);
+        EXPECT_EQ(lc->displayText(), nameAt(first + k));
+    }
+    QApplication::setKeyboardInputInterval(400);
+    // The open list searches the same way.
+    lc->clear();
+    lc->dropDown();
+    QAbstractItemView* view = lc->comboBox()->view();
+    newSearch();
+    view->keyboardSearch("Ё");
+    QApplication::setKeyboardInputInterval(400);
+    EXPECT_EQ(view->currentIndex().row(), expected("Ё"));
+    // The open list follows a search into rows far below the ones shown.
+    newSearch();
+    view->keyboardSearch("Я");
+    QApplication::setKeyboardInputInterval(400);
+    EXPECT_EQ(view->currentIndex().row(), expected("Я"));
+    EXPECT_TRUE(view->viewport()->rect().contains(view->visualRect(view->currentIndex())));
+    lc->closeUp(true);
+    EXPECT_EQ(lc->displayText(), nameAt(expected("Я")));
+    // A row found in the closed combo is shown when the list opens.
+    type("Ё");
+    lc->dropDown();
+    EXPECT_EQ(view->currentIndex().row(), expected("Ё"));
+    EXPECT_TRUE(view->viewport()->rect().contains(view->visualRect(view->currentIndex())));
+    lc->closeUp(false);
+    EXPECT_EQ(lc->displayText(), nameAt(expected("Ё")));
 }
