@@ -32,7 +32,9 @@ void TMultiSupplier_LF::pFIBDataSet1BeforeOpen(db::AbstractDataSet& dataSet) {
 
 void TMultiSupplier_LF::lcSelectDlgClick(QObject* sender) {
     TMultiAbs_LF::lcSelectDlgClick(sender);
-    // The client form may have switched to another classifier: the list follows it.
+    // The client form hands back the classifier type it showed last; when the user switched to
+    // another one, the list follows it.
+    ClassifType = RunParams.ResultInt;
     if (ClassifType != typeClassif_) {
         typeClassif_ = ClassifType;
         Get_sSQL();

@@ -39,6 +39,18 @@ protected:
         EXPECT_NE(d, nullptr) << name.toStdString();
         return *d;
     }
+    // The workbench started again on the same profile folder and database, installed as the
+    // host until TearDown: what the first one saved must come back here.
+    std::unique_ptr<workbench::HostImpl> restarted() {
+        workbench::HostImpl::Settings s;
+        s.profileRoot = root.path();
+        s.interactive = false;
+        auto again = std::make_unique<workbench::HostImpl>(s);
+        EXPECT_TRUE(again->loadLayout());
+        again->openDatabase(databasePath());
+        setHost(again.get());
+        return again;
+    }
 };
 
 TEST_F(WorkbenchForms, ReferenceFormsOfTheTableOpen) {
@@ -337,19 +349,12 @@ TEST_F(WorkbenchForms, ListLayoutSurvivesARestart) {
         list.resize(700, 400);
         list.close();
     }
-    workbench::HostImpl::Settings s;
-    s.profileRoot = root.path();
-    s.interactive = false;
-    workbench::HostImpl again(s);
-    ASSERT_TRUE(again.loadLayout());
-    again.openDatabase(databasePath());
-    setHost(&again);
-    workbench::CardListForm list(&again);
+    auto again = restarted();
+    workbench::CardListForm list(again.get());
     list.open();
     EXPECT_TRUE(list.grid()->isColumnHidden(list.grid()->columnOfField("NAME_USER")));
     EXPECT_FALSE(list.grid()->isColumnHidden(list.grid()->columnOfField("NAME")));
     EXPECT_EQ(list.width(), 700);
-    setHost(wb.get());
 }
 
 // A multi-select frame in the frame browser: the pane under it shows what the host reads, and
@@ -372,22 +377,13 @@ TEST_F(WorkbenchForms, MultiSelectListShowsItsItemsAndSurvivesARestart) {
         EXPECT_FALSE(pane->isVisibleTo(&window));
         window.close();
     }
-    workbench::HostImpl::Settings s;
-    s.profileRoot = root.path();
-    s.interactive = false;
-    workbench::HostImpl again(s);
-    ASSERT_TRUE(again.loadLayout());
-    again.openDatabase(databasePath());
-    setHost(&again);
-    {
-        workbench::MainWindow window(&again, &Registry::instance());
-        auto* f = qobject_cast<TMultiAbs_LF*>(window.showFrame("TMultiCountry_LF"));
-        ASSERT_NE(f, nullptr);
-        EXPECT_EQ(f->ItemsCount(), 2);
-        EXPECT_EQ(f->ItemsItem(1), chosen.value(0));
-        EXPECT_EQ(f->Get_sSQL(), chosen.value(0));
-    }
-    setHost(wb.get());
+    auto again = restarted();
+    workbench::MainWindow window(again.get(), &Registry::instance());
+    auto* f = qobject_cast<TMultiAbs_LF*>(window.showFrame("TMultiCountry_LF"));
+    ASSERT_NE(f, nullptr);
+    EXPECT_EQ(f->ItemsCount(), 2);
+    EXPECT_EQ(f->ItemsItem(1), chosen.value(0));
+    EXPECT_EQ(f->Get_sSQL(), chosen.value(0));
 }
 
 // ---- the executable

@@ -295,6 +295,26 @@ TEST_F(MultiLookup, TheDialogGetsTheClassifierTypeStartAndKind) {
     ASSERT_TRUE(host->runs.back().params.Params);
     EXPECT_EQ(host->runs.back().params.Params->Find("KIND")->Value.toInt(), 3);
     EXPECT_FALSE(place->RunParams.Params); // the list is freed after the run
+
+    // The client form hands back another classifier type: the supplier list follows it.
+    auto suppliers = open("TMultiSupplier_LF");
+    auto count = [&](int type) {
+        return scalar(
+                   QStringLiteral("select count(*) from CLIENTS c join CLASSIF k on k.ID_CLASSIF = c.CLASSIF "
+                                  "where c.CLIENT_TYPE = 0 and c.ID_CLIENTS <> -1 and k.TYPE_CLASSIF = %1")
+                       .arg(type))
+            .toInt();
+    };
+    EXPECT_EQ(suppliers->pFIBDataSet1->recordCount(), count(1));
+    host->scriptRun([](const QString&, TRunParams& p) {
+        EXPECT_EQ(p.ResultInt, 1);
+        p.ResultInt = 2;
+        return 2;
+    });
+    suppliers->lcSelectDlgClick(suppliers->lcSelect);
+    EXPECT_EQ(suppliers->ClassifType, 2);
+    EXPECT_EQ(suppliers->pFIBDataSet1->recordCount(), count(2));
+    EXPECT_NE(count(1), count(2));
 }
 
 // Each chosen colour shows its swatch: the colour inside a two-pixel frame, white for a row
