@@ -7,8 +7,11 @@
 #include "frames/core/TyapiDates.h"
 #include "frames/edit/EF_Period.h"
 #include "frames/edit/EF_PeriodExt.h"
+#include "frames/media/EF_ReportChart.h"
 #include "host/DocumentForms.h"
 #include "host/HostImpl.h"
+#include "platform/db/DataSet.h"
+#include "platform/db/DataSource.h"
 #include "platform/db/Query.h"
 #include "platform/widgets/CalcEdit.h"
 #include "platform/widgets/DateEdit.h"
@@ -83,12 +86,24 @@ FilterPanelForm::FilterPanelForm(HostImpl* host, QWidget* parent) : TfmPersisten
     results_->setColumnWidth(ColField, 90);
     results_->setColumnWidth(ColCondition, 430);
 
+    // The report's result as a chart: payments by client of the documents the filters leave.
+    chartRows_ = new frames::db::DataSet(this);
+    chartRows_->setObjectName(QStringLiteral("dsChartRows"));
+    chartRows_->setDatabase(host_->RvDatabase());
+    chartRows_->setTransaction(host_->pfReadTransaction());
+    chartSource_ = new frames::db::DataSource(chartRows_, this);
+    chart_ =
+        qobject_cast<frames::TReportChart_EF*>(frames::Registry::instance().create("TReportChart_EF", this));
+    chart_->setObjectName(QStringLiteral("TReportChart_EF"));
+
     auto* split = new QSplitter(Qt::Vertical, this);
     split->addWidget(scroll_);
     split->addWidget(results_);
+    split->addWidget(chart_);
     split->setStretchFactor(0, 3);
     split->setStretchFactor(1, 1);
-    split->setSizes({520, 250});
+    split->setStretchFactor(2, 2);
+    split->setSizes({420, 200, 300});
 
     query_ = new QPlainTextEdit(this);
     query_->setObjectName(QStringLiteral("edQuery"));
@@ -144,6 +159,8 @@ void FilterPanelForm::prepare() {
         followChanges(f);
     }
     grid->setRowStretch(grid->rowCount(), 1);
+    hosted_->open(chart_);
+    chart_->SetDataSource(chartSource_);
     results_->setRowCount(int(filters_.size()));
     updateResults();
 }
@@ -212,6 +229,17 @@ QString FilterPanelForm::countSql() const {
     return sql;
 }
 
+QString FilterPanelForm::chartSql() const {
+    const QString where = whereClause();
+    QString docs = QStringLiteral("select LINK_TO_CLIENT, AMOUNT from PAYMENT_DOC");
+    if (!where.isEmpty()) docs += QStringLiteral(" where ") + where;
+    return QStringLiteral("select coalesce(c.NAME_CLIENTS, 'Без клиента') as FIRM_NAME,\n"
+                          "  cast(sum(d.AMOUNT) as double precision) as PAY_RUB\n"
+                          "from (%1) d left join CLIENTS c on c.ID_CLIENTS = d.LINK_TO_CLIENT\n"
+                          "group by 1 order by 2 desc")
+        .arg(docs);
+}
+
 void FilterPanelForm::updateResults() {
     for (int row = 0; row < int(filters_.size()); ++row) {
         const Filter& f = filters_[size_t(row)];
@@ -248,6 +276,9 @@ int FilterPanelForm::runQuery() {
     lastCount_ = q.next() ? q.value(0).toInt() : 0;
     q.close();
     count_->setText(QStringLiteral("Документов по условиям: %1").arg(lastCount_));
+    chartRows_->close();
+    chartRows_->setSelectSql(chartSql());
+    chartRows_->open();
     return lastCount_;
 }
 

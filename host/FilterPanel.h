@@ -12,6 +12,11 @@ class QTableWidget;
 namespace frames {
 class TAbsEditFrame;
 class TConfigItem;
+class TReportChart_EF;
+namespace db {
+class DataSet;
+class DataSource;
+} // namespace db
 } // namespace frames
 
 namespace workbench {
@@ -49,6 +54,9 @@ public:
     // Every condition, joined with "and"; and the statement that counts the documents.
     QString whereClause() const;
     QString countSql() const;
+    // Payments by client of the documents the conditions leave: the chart's rows.
+    QString chartSql() const;
+    frames::TReportChart_EF* chart() const { return chart_; }
 
     // Refreshes the pane of conditions (done after every change the user makes in a frame).
     void updateResults();
@@ -78,6 +86,9 @@ private:
     QTableWidget* results_;
     QPlainTextEdit* query_;
     QLabel* count_;
+    frames::TReportChart_EF* chart_;
+    frames::db::DataSet* chartRows_;
+    frames::db::DataSource* chartSource_;
     std::vector<Filter> filters_;
     HostedFrames* hosted_;
     int lastCount_ = -1;

@@ -221,7 +221,7 @@ RecordListForm* MainWindow::openOnEditDialog(const QString& className) {
 bool MainWindow::hasHostForm(const QString& className) const {
     const frames::FrameClass* c = registry_->find(className);
     if (!c) return false;
-    if (c->family == QLatin1String("lookup")) return true;
+    if (c->family == QLatin1String("lookup") || className == QLatin1String("TReportChart_EF")) return true;
     return c->family == QLatin1String("edit") && (editsDocuments(className) || findDocumentFilter(className));
 }
 
@@ -232,6 +232,8 @@ void MainWindow::openHostOfFrame(const QString& className) {
         openOnEditDialog(className);
     else if (findDocumentFilter(className))
         openFilterPanel(className);
+    else if (className == QLatin1String("TReportChart_EF"))
+        openFilterPanel(); // the chart of the report's result, under the filters
     else if (editsDocuments(className))
         openDocumentList(className);
 }

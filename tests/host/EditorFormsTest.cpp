@@ -21,6 +21,7 @@
 #include "frames/edit/EF_SetDouble.h"
 #include "frames/edit/EF_SetPeriod.h"
 #include "frames/lookup/LF_Abs.h"
+#include "frames/media/EF_ReportChart.h"
 #include "host/CurHistoryForm.h"
 #include "host/DocumentForms.h"
 #include "host/FilterPanel.h"
@@ -396,6 +397,15 @@ TEST_F(EditorForms, FilterPanelConditionsCountWhatAnIndependentQueryCounts) {
     const int march = count("DOC_DATE between '2024-03-01' and '2024-03-31'");
     EXPECT_EQ(panel.runQuery(), march);
     EXPECT_TRUE(panel.countLabel()->text().contains(QString::number(march)));
+    // The chart under the result: payments by client of the same documents.
+    double charted = 0;
+    for (const auto& slice : panel.chart()->PieSlices()) charted += slice.second;
+    EXPECT_NEAR(charted,
+                scalar("select sum(s) from (select sum(AMOUNT) s from PAYMENT_DOC where DOC_DATE between "
+                       "'2024-03-01' and '2024-03-31' group by LINK_TO_CLIENT) where s > 0")
+                    .toDouble(),
+                0.005);
+    EXPECT_GT(charted, 0);
 
     // Amounts from 1000 to 100000, then outside them (the upper below the lower).
     auto* sums = filter<TSetDouble_EF>(panel, "TSetDouble_EF");
