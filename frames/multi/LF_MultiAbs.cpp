@@ -3,7 +3,7 @@
 #include "frames/core/Host.h"
 #include "frames/core/Registry.h"
 #include <QLayout>
-#include <QRegularExpression>
+#include <limits>
 
 namespace frames {
 
