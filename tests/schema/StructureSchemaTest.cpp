@@ -187,10 +187,8 @@ TEST_F(StructureSchema, AccessTablesShowTheAdministratorMoreThanAnotherUser) {
     EXPECT_EQ(ivanovShops, QStringList{"Москва и область"});
 
     // Customer codes of branch 101: Ivanov may not choose the non-main codes.
-    auto [adminCodes, ivanovCodes] = both(lookupSelect("TMetroCodes_LF"));
-    // The branch's main code first, then the company's, then the others by code.
-    EXPECT_EQ(adminCodes, (QStringList{"101000101", "100200300", "100200399", "101000102"}));
-    EXPECT_EQ(ivanovCodes, (QStringList{"101000101", "100200300"}));
+    // (The administrator's full list and its order are checked through the frame in the lookup tests.)
+    EXPECT_EQ(both(lookupSelect("TMetroCodes_LF")).second, (QStringList{"101000101", "100200300"}));
 
     auto [adminKinds, ivanovKinds] = both(lookupSelect("TActKind_LF"), 1);
     EXPECT_EQ(adminKinds.size(), 6);
