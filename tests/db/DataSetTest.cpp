@@ -276,7 +276,6 @@ TEST_F(DataSets, FieldConversionsAndDisplayText) {
     EXPECT_EQ(ds->fieldByName("qty"), qty); // fields survive a reopen with their settings
     EXPECT_EQ(qty->tag, 3);
     EXPECT_TRUE(qty->isNumeric());
-    EXPECT_TRUE(ds->fieldByName("name")->isText());
 }
 
 TEST_F(DataSets, EventsAbortingHandlersAndSignals) {

@@ -1,13 +1,12 @@
 #include "frames/core/HostForms.h"
-#include "frames/core/Registry.h"
 #include "frames/edit/CE_Curs.h"
 #include "frames/edit/EF_CalcEdit.h"
 #include "frames/edit/EF_CalcEdt.h"
 #include "frames/edit/EF_SetDouble.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/Field.h"
+#include "tests/edit/EditTestUtil.h"
 #include "tests/support/DbFixture.h"
-#include <QApplication>
 #include <QDialog>
 #include <QLineEdit>
 #include <QTest>
@@ -15,23 +14,11 @@
 #include <QVBoxLayout>
 
 using namespace frames;
+using namespace frames::edit_test;
 
 namespace {
 
 const QString nbsp = QString(QChar(0x00A0));
-
-template <typename T> T* make(const QString& cls, QWidget* parent) {
-    auto* f = qobject_cast<T*>(Registry::instance().create(cls, parent));
-    EXPECT_NE(f, nullptr) << cls.toStdString();
-    return f;
-}
-
-// Shows a window and makes it active, so that focus moves as it does for a user.
-void activate(QWidget* w) {
-    w->show();
-    QApplication::setActiveWindow(w);
-    ASSERT_TRUE(QTest::qWaitForWindowActive(w));
-}
 
 // Types into a line edit as a user: focus, select everything, type.
 void retype(QLineEdit* e, const QString& text) {
@@ -358,7 +345,7 @@ TEST_F(NumericOnEditDialog, RateFramePicksFromHistoryCutsLongTextAndIsNeverClamp
     cards->cancel();
 
     // A confirmed choice writes currency and rate into the record (put into edit state).
-    rate->CursDate = QDateTime(QDate(2024, 3, 15), QTime(0, 0));
+    rate->CursDate = at(2024, 3, 15);
     QString sentType, sentDate;
     host->scriptRun([&](const QString&, TRunParams& p) {
         sentType = p.Params->Find("CurType")->Value.toString();

@@ -1,31 +1,20 @@
 #include "frames/core/Period.h"
-#include "frames/core/Registry.h"
 #include "frames/core/TyapiDates.h"
 #include "frames/edit/EF_CRMPeriodFix.h"
 #include "frames/edit/EF_Period.h"
 #include "frames/edit/EF_PeriodExt.h"
 #include "frames/edit/EF_PeriodFix.h"
 #include "frames/edit/EF_SetPeriod.h"
+#include "tests/edit/EditTestUtil.h"
 #include "tests/support/TestHost.h"
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QTest>
-#include <gtest/gtest.h>
 
 using namespace frames;
-
-// Readable dates in failure messages.
-static void PrintTo(const QDate& d, std::ostream* os) {
-    *os << d.toString(Qt::ISODate).toStdString();
-}
+using namespace frames::edit_test;
 
 namespace {
-
-template <typename T> T* make(const QString& cls, QWidget* parent) {
-    auto* f = qobject_cast<T*>(Registry::instance().create(cls, parent));
-    EXPECT_NE(f, nullptr) << cls.toStdString();
-    return f;
-}
 
 // ---- the reference reckoning: days are walked and months stepped, independent of the frames
 
@@ -202,10 +191,7 @@ TEST_F(PeriodFrames, TypingADateMakesItCustomAndCheckDatesTellsWhichIsBad) {
     host.today = QDate(2024, 3, 15);
     TPeriodExt_EF* f = create();
     f->Init();
-    f->show();
-    QApplication::setActiveWindow(&top);
-    top.show();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&top));
+    activate(&top);
     choose(f->cbPeriod, "Текущий квартал");
     EXPECT_EQ(f->GetPeriodType(), ptQuarter);
     EXPECT_EQ(f->deFirstDate->date(), QDate(2024, 1, 1));
@@ -362,7 +348,7 @@ TEST_F(PeriodFrames, FixedLengthFramesTakeTheirLimitsFromTheConfiguration) {
     EXPECT_EQ(fix->GetBeginDate(), QDate(2024, 3, 9));
     EXPECT_EQ(fix->cbPeriod->findText("Текущий квартал"), -1);
     // A date typed by hand that makes the period too long is brought back, with the warning.
-    fix->deFirstDate->userSetValue(QDateTime(QDate(2023, 12, 1), QTime(0, 0)));
+    fix->deFirstDate->userSetValue(at(2023, 12, 1));
     EXPECT_EQ(fix->GetBeginDate(), QDate(2024, 2, 14));
     EXPECT_EQ(host.warnings().size(), 1);
 
@@ -434,7 +420,7 @@ TEST_F(PeriodFrames, SetPeriodFilterAndPeriodWithOptionalBounds) {
     EXPECT_TRUE(sp->cbSet->isChecked());
     EXPECT_EQ(sp->GetFromDate(), QDate(2024, 4, 1));
     EXPECT_EQ(sp->GetToDate(), QDate(2024, 6, 30));
-    sp->deToDate->userSetValue(QDateTime(QDate(2024, 5, 31), QTime(0, 0)));
+    sp->deToDate->userSetValue(at(2024, 5, 31));
     EXPECT_EQ(sp->GetPeriodType(), ptCustom);
     choose(sp->cbPeriod, "Предыдущий год");
     sp->cbSet->setChecked(false);
@@ -454,7 +440,7 @@ TEST_F(PeriodFrames, SetPeriodFilterAndPeriodWithOptionalBounds) {
     EXPECT_EQ(p->GetEndDate(), QDate(2026, 1, 10));
     p->chbFirstDate->setChecked(false);
     EXPECT_FALSE(p->GetBeginDate().isValid());
-    p->deFirstDate->userSetValue(QDateTime(QDate(2026, 1, 20), QTime(0, 0))); // ticks its bound
+    p->deFirstDate->userSetValue(at(2026, 1, 20)); // ticks its bound
     EXPECT_TRUE(p->chbFirstDate->isChecked());
     EXPECT_EQ(p->GetEndDate(), QDate(2026, 1, 20)); // kept in order
     TConfigItem pn("p");

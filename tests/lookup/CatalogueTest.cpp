@@ -4,11 +4,8 @@
 #include "frames/lookup/LF_Abs.h"
 #include "platform/db/Query.h"
 #include "tests/lookup/BoundRecord.h"
+#include "tests/lookup/Descriptions.h"
 #include "tests/support/DbFixture.h"
-#include <QDirIterator>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QRegularExpression>
 
 using namespace frames;
@@ -16,35 +13,6 @@ using namespace frames;
 namespace {
 
 class LookupCatalogue : public test::DbTest {};
-
-QString joinedSql(const QJsonValue& v) {
-    if (v.isString()) return v.toString();
-    QStringList lines;
-    for (const QJsonValue& line : v.toArray()) lines << line.toString();
-    return lines.join('\n');
-}
-
-// "Class.component.Property: statement" for every dataset statement of every lookup description.
-struct Statement {
-    QString where, sql;
-};
-std::vector<Statement> lookupStatements() {
-    std::vector<Statement> out;
-    QDirIterator it(":/forms/lookup", {"*.json"});
-    while (it.hasNext()) {
-        QFile f(it.next());
-        f.open(QIODevice::ReadOnly);
-        const QJsonObject d = QJsonDocument::fromJson(f.readAll()).object();
-        const QJsonObject comps = d.value("components").toObject();
-        for (auto c = comps.begin(); c != comps.end(); ++c)
-            for (const char* prop : {"SelectSQL", "RefreshSQL"}) {
-                const QString sql = joinedSql(c.value().toObject().value(prop));
-                if (!sql.trimmed().isEmpty())
-                    out.push_back({d.value("class").toString() + "." + c.key() + "." + prop, sql});
-            }
-    }
-    return out;
-}
 
 bool hasParameters(const QString& sql) {
     // Quoted text and comments hold no parameters.
@@ -64,18 +32,25 @@ bool listNeedsContext(const TAbs_LF* lf) {
 
 // Every statement of every lookup description prepares against the demo schema.
 TEST_F(LookupCatalogue, EveryStatementPrepares) {
-    const auto statements = lookupStatements();
-    ASSERT_GE(statements.size(), 130u);
+    int statements = 0;
     QStringList failures;
-    for (const Statement& st : statements) {
+    auto prepare = [&](const QString& where, const QString& sql) {
+        ++statements;
         db::Query q(host->RvDatabase(), host->pfReadTransaction());
         try {
-            q.setSql(st.sql);
+            q.setSql(sql);
             q.prepare();
         } catch (const std::exception& e) {
-            failures << st.where + ": " + QString::fromUtf8(e.what());
+            failures << where + ": " + QString::fromUtf8(e.what());
         }
+    };
+    for (const test::LookupDescription& d : test::lookupDescriptions()) {
+        for (auto it = d.select.begin(); it != d.select.end(); ++it)
+            prepare(d.cls + "." + it.key() + ".SelectSQL", it.value());
+        for (auto it = d.refresh.begin(); it != d.refresh.end(); ++it)
+            prepare(d.cls + "." + it.key() + ".RefreshSQL", it.value());
     }
+    EXPECT_GE(statements, 130);
     EXPECT_TRUE(failures.isEmpty()) << failures.join("\n\n").toStdString();
 }
 

@@ -13,6 +13,8 @@ using namespace frames;
 
 namespace {
 
+using test::makeFrame;
+
 // Classifier lookups on an edit dialog over a list form whose current record carries a branch
 // (ID_CLASSIF), a classifier type (ID_CLASSIF_TYPE) and an additional classifier (AddClassif).
 class ClassifLookups : public test::DbTest {
@@ -41,11 +43,6 @@ protected:
         GLOBAL_PAR_CLASSIF_TYPE = savedType;
         GLOBAL_PAR_SET_FOR = savedSetFor;
         DbTest::TearDown();
-    }
-    template <typename T> T* create(const QString& cls, QWidget* parent) {
-        auto* f = qobject_cast<T*>(Registry::instance().create(cls, parent));
-        EXPECT_NE(f, nullptr) << cls.toStdString();
-        return f;
     }
     QString branchName(int id) const {
         return scalar("select NAME_CLASSIF from CLASSIF where ID_CLASSIF=" + QString::number(id)).toString();
@@ -83,7 +80,7 @@ protected:
 // is not offered.
 TEST_F(ClassifLookups, ClassifShowsTheRecordsBranchAndItsDropDownOpensTheTreeForm) {
     record->appendRecord({goodsLeaf, 0, 0});
-    auto* f = create<TClassif_LF>("TClassif_LF", dialog);
+    auto* f = makeFrame<TClassif_LF>("TClassif_LF", dialog);
     f->Init();
     EXPECT_EQ(f->lcSelect->dataSource(), source);
     EXPECT_EQ(f->pFIBDataSet1->recordCount(), 1);
@@ -109,7 +106,7 @@ TEST_F(ClassifLookups, ClassifShowsTheRecordsBranchAndItsDropDownOpensTheTreeFor
     // No branch: nothing is read, nothing shown, and the tree form is told there is no branch.
     record->emptyTable();
     record->appendRecord({QVariant(), 0, 0});
-    auto* none = create<TClassif_LF>("TClassif_LF", dialog);
+    auto* none = makeFrame<TClassif_LF>("TClassif_LF", dialog);
     none->ClassifType = 77;
     none->DontAcceptRoot = true;
     none->Init();
@@ -128,7 +125,7 @@ TEST_F(ClassifLookups, ClassifShowsTheRecordsBranchAndItsDropDownOpensTheTreeFor
 // Cancel (2) leaves everything as it was; every other result is an answer.
 TEST_F(ClassifLookups, ClassifTakesAnyResultButCancel) {
     record->appendRecord({goodsLeaf, 0, 0});
-    auto* f = create<TClassif_LF>("TClassif_LF", dialog);
+    auto* f = makeFrame<TClassif_LF>("TClassif_LF", dialog);
     f->Init();
     int changes = 0;
     f->lcSelect->OnChange = [&](QObject*) { ++changes; };
@@ -152,7 +149,7 @@ TEST_F(ClassifLookups, ClassifTakesAnyResultButCancel) {
 
     // Free-standing: the chosen branch is read and becomes the combo's key.
     QWidget top;
-    auto* free = create<TClassif_LF>("TClassif_LF", &top);
+    auto* free = makeFrame<TClassif_LF>("TClassif_LF", &top);
     free->Init();
     EXPECT_EQ(free->pFIBDataSet1->recordCount(), 0);
     answer(5, goodsLeaf);
@@ -166,9 +163,9 @@ TEST_F(ClassifLookups, ClassifTakesAnyResultButCancel) {
 // A read-only frame opens no tree form, by the drop-down or by any dialog.
 TEST_F(ClassifLookups, ReadOnlyFramesOpenNothing) {
     record->appendRecord({goodsLeaf, 0, 0});
-    auto* classif = create<TClassif_LF>("TClassif_LF", dialog);
-    auto* full = create<TClassifFull_LF>("TClassifFull_LF", dialog);
-    auto* afull = create<TAClassifFull_LF>("TAClassifFull_LF", dialog);
+    auto* classif = makeFrame<TClassif_LF>("TClassif_LF", dialog);
+    auto* full = makeFrame<TClassifFull_LF>("TClassifFull_LF", dialog);
+    auto* afull = makeFrame<TAClassifFull_LF>("TAClassifFull_LF", dialog);
     for (TAbs_LF* f : std::initializer_list<TAbs_LF*>{classif, full, afull}) {
         f->Init();
         f->SetReadOnly(true);
@@ -192,7 +189,7 @@ TEST_F(ClassifLookups, ClassifFullListsTheBranchesOfTheChosenType) {
     const int clientsType =
         scalar("select min(ID_CLASSIF_TYPE) from CLASSIF_TYPE_VIEW where SET_FOR=1").toInt();
     record->appendRecord({goodsLeaf, clientsType, 0});
-    auto* f = create<TClassifFull_LF>("TClassifFull_LF", dialog);
+    auto* f = makeFrame<TClassifFull_LF>("TClassifFull_LF", dialog);
     f->Init();
     EXPECT_EQ(f->pFIBDataSet2->recordCount(),
               scalar("select count(*) from CLASSIF_TYPE_VIEW where SET_FOR=0").toInt());
@@ -244,7 +241,7 @@ TEST_F(ClassifLookups, AClassifFullFollowsTheRecordsAdditionalType) {
     ASSERT_GT(addType, ownType);
     list->SetRefNumber(ownType);
     record->appendRecord({QVariant(), QVariant(), 0});
-    auto* f = create<TAClassifFull_LF>("TAClassifFull_LF", dialog);
+    auto* f = makeFrame<TAClassifFull_LF>("TAClassifFull_LF", dialog);
     f->Init();
     EXPECT_EQ(f->pFIBDataSet2->paramByName("Classif_Type1")->value().toInt(), ownType);
     EXPECT_EQ(f->pFIBDataSet2->recordCount(),
@@ -283,7 +280,7 @@ TEST_F(ClassifLookups, ClearingTheAdditionalClassifierStoresZero) {
     const int addType =
         scalar("select min(ID_CLASSIF_TYPE) from CLASSIF_TYPE where ID_CLASSIF_TYPE>1000").toInt();
     record->appendRecord({goodsLeaf, 0, addType});
-    auto* f = create<TAddClassif_LF>("TAddClassif_LF", dialog);
+    auto* f = makeFrame<TAddClassif_LF>("TAddClassif_LF", dialog);
     f->Init();
     EXPECT_EQ(
         f->lcSelect->displayText(),
@@ -297,7 +294,7 @@ TEST_F(ClassifLookups, ClearingTheAdditionalClassifierStoresZero) {
     EXPECT_FALSE(f->IsEmpty());
 
     QWidget top;
-    auto* free = create<TAddClassif_LF>("TAddClassif_LF", &top);
+    auto* free = makeFrame<TAddClassif_LF>("TAddClassif_LF", &top);
     free->Init();
     free->lcSelect->setKeyValue(addType);
     free->lcSelect->setKeyValue(QVariant());

@@ -16,13 +16,10 @@ using namespace frames;
 
 namespace {
 
+using test::makeFrame;
+
 class OwnLookup : public test::DbTest {
 protected:
-    template <typename T = TAbs_LF> T* create(const QString& cls, QWidget* parent) {
-        auto* f = qobject_cast<T*>(Registry::instance().create(cls, parent));
-        EXPECT_NE(f, nullptr) << cls.toStdString();
-        return f;
-    }
     // The image of the combo row showing text, as a 32-bit image.
     static QImage rowImage(TAbs_LF* f, const QString& text) {
         QComboBox* c = f->lcSelect->comboBox();
@@ -47,7 +44,7 @@ TEST_F(OwnLookup, ColourRowsShowASwatchOfTheirColourAndPrioritiesAMarkPerLevel) 
     EXPECT_EQ(ui::bgrFromColor(QColor(0x01, 0x79, 0x6F)), 7305473);
 
     QWidget top;
-    TAbs_LF* colors = create("TColor_LF", &top);
+    TAbs_LF* colors = makeFrame("TColor_LF", &top);
     colors->Init();
     for (auto [name, rgb] : {std::pair{"Красный", qRgb(255, 0, 0)}, std::pair{"Синий", qRgb(0, 0, 255)},
                              std::pair{"ёлочный зелёный", qRgb(0x01, 0x79, 0x6F)}}) {
@@ -57,7 +54,7 @@ TEST_F(OwnLookup, ColourRowsShowASwatchOfTheirColourAndPrioritiesAMarkPerLevel) 
         EXPECT_EQ(img.pixel(0, 0), qRgb(0x80, 0x80, 0x80)) << name; // the frame round the field
     }
 
-    TAbs_LF* priorities = create("TEventPriority_LF", &top);
+    TAbs_LF* priorities = makeFrame("TEventPriority_LF", &top);
     priorities->Init();
     QList<QRgb> seen;
     for (auto [name, level] : {std::pair{"Низкий", 0}, std::pair{"Обычный", 1}, std::pair{"Высокий", 2},
@@ -78,7 +75,7 @@ TEST_F(OwnLookup, ColourRowsShowASwatchOfTheirColourAndPrioritiesAMarkPerLevel) 
 
 TEST_F(OwnLookup, FixedItemFramesWriteTheChosenValueAndKeepAnUnlistedOne) {
     QWidget top;
-    auto* pol = create<TPol_LF>("TPol_LF", &top);
+    auto* pol = makeFrame<TPol_LF>("TPol_LF", &top);
     pol->Init();
     EXPECT_TRUE(pol->IsEmpty());
     int changes = 0;
@@ -97,7 +94,7 @@ TEST_F(OwnLookup, FixedItemFramesWriteTheChosenValueAndKeepAnUnlistedOne) {
     // offer is shown as it stands and kept.
     test::BoundRecord h({"SEX"}, {"X"}, db::FieldType::Char, 1);
     h.record->edit();
-    auto* bound = create<TPol_LF>("TPol_LF", h.dialog);
+    auto* bound = makeFrame<TPol_LF>("TPol_LF", h.dialog);
     bound->lcSelect->setDataField("SEX");
     bound->Init();
     EXPECT_EQ(bound->rxcbPol->currentText(), QString("X"));
@@ -114,7 +111,7 @@ TEST_F(OwnLookup, FixedItemFramesWriteTheChosenValueAndKeepAnUnlistedOne) {
     EXPECT_EQ(h.record->fieldByName("SEX")->asString(), QString("М"));
 
     // Integer values: the display modes.
-    auto* view = create<TPrView_LF>("TPrView_LF", &top);
+    auto* view = makeFrame<TPrView_LF>("TPrView_LF", &top);
     view->Init();
     choose(view->rxcbPrView, "Печать без просмотра");
     EXPECT_EQ(view->lcSelect->keyValue(), QVariant(1));
@@ -142,7 +139,7 @@ TEST_F(OwnLookup, PrintersComeFromTheConfigurationOrFromLpstat) {
     qputenv("PATH", bin.path().toLocal8Bit() + ":" + oldPath);
 
     QWidget top;
-    auto* f = create<TPrinter_LF>("TPrinter_LF", &top);
+    auto* f = makeFrame<TPrinter_LF>("TPrinter_LF", &top);
     f->Init();
     auto texts = [&] {
         QStringList t;
@@ -180,7 +177,7 @@ TEST_F(OwnLookup, PrintersComeFromTheConfigurationOrFromLpstat) {
 
 TEST_F(OwnLookup, MeasurementUnitsLeaveOutPacksAndOnRequestWeightUnits) {
     QWidget top;
-    auto* f = create<TMeasurement_LF>("TMeasurement_LF", &top);
+    auto* f = makeFrame<TMeasurement_LF>("TMeasurement_LF", &top);
     f->Init();
     const int units =
         scalar("select count(*) from Mesuriment where id_mesuriment>-1 and is_pack='F'").toInt();
@@ -218,7 +215,7 @@ TEST_F(OwnLookup, MeasurementUnitsLeaveOutPacksAndOnRequestWeightUnits) {
 
 TEST_F(OwnLookup, DiscountConditionsNotInUseAreMarkedAndRefused) {
     QWidget top;
-    auto* f = create<TDiscAlgCondition_LF>("TDiscAlgCondition_LF", &top);
+    auto* f = makeFrame<TDiscAlgCondition_LF>("TDiscAlgCondition_LF", &top);
     f->Init();
     EXPECT_FALSE(rowImage(f, "Оплата банковской картой").isNull());
     EXPECT_TRUE(rowImage(f, "День недели").isNull());
@@ -235,13 +232,13 @@ TEST_F(OwnLookup, DiscountConditionsNotInUseAreMarkedAndRefused) {
     // Bound to a record being edited: the record keeps its condition.
     test::BoundRecord h({"ALG_CONDITION"}, {2});
     h.record->edit();
-    auto* bound = create<TDiscAlgCondition_LF>("TDiscAlgCondition_LF", h.dialog);
+    auto* bound = makeFrame<TDiscAlgCondition_LF>("TDiscAlgCondition_LF", h.dialog);
     bound->Init();
     choose(bound->lcSelect->comboBox(), "Оплата банковской картой");
     EXPECT_EQ(h.record->fieldByName("ALG_CONDITION")->asInteger(), 2);
     // A viewed record may still point at a condition that is not in use and shows it.
     test::BoundRecord v({"ALG_CONDITION"}, {8});
-    auto* viewed = create<TDiscAlgCondition_LF>("TDiscAlgCondition_LF", v.dialog);
+    auto* viewed = makeFrame<TDiscAlgCondition_LF>("TDiscAlgCondition_LF", v.dialog);
     viewed->Init();
     EXPECT_EQ(viewed->lcSelect->displayText(), QString("Оплата банковской картой"));
     EXPECT_EQ(host->warnings().size(), 2);

@@ -15,11 +15,7 @@ namespace {
 
 class RoundLookup : public test::DbTest {
 protected:
-    TRound_LF* create(QWidget* parent) {
-        auto* f = qobject_cast<TRound_LF*>(Registry::instance().create("TRound_LF", parent));
-        EXPECT_NE(f, nullptr);
-        return f;
-    }
+    TRound_LF* create(QWidget* parent) { return test::makeFrame<TRound_LF>("TRound_LF", parent); }
     // Keys of the special rules, in the list's order (by name).
     QList<int> specialRules() const {
         QList<int> ids;

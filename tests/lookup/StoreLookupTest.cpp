@@ -15,13 +15,10 @@ using namespace frames;
 
 namespace {
 
+using test::makeFrame;
+
 class StoreLookup : public test::DbTest {
 protected:
-    template <typename T> T* create(const QString& cls, QWidget* parent) {
-        auto* f = qobject_cast<T*>(Registry::instance().create(cls, parent));
-        EXPECT_NE(f, nullptr) << cls.toStdString();
-        return f;
-    }
     // The list's keys (as text), in order.
     static QStringList keys(TAbs_LF* f) {
         QStringList l;
@@ -37,7 +34,7 @@ protected:
 TEST_F(StoreLookup, CustomerCodesFollowTheBranchAndDefaultToItsFirstCode) {
     QScopedValueRollback filial(CUR_FILIALINDEX, 101);
     QWidget top;
-    auto* f = create<TMetroCodes_LF>("TMetroCodes_LF", &top);
+    auto* f = makeFrame<TMetroCodes_LF>("TMetroCodes_LF", &top);
     f->Init();
     // The branch's main code first, then the company's main code, then the others by code.
     EXPECT_EQ(keys(f), QStringList({"101000101", "100200300", "100200399", "101000102"}));
@@ -59,7 +56,7 @@ TEST_F(StoreLookup, CustomerCodesFollowTheBranchAndDefaultToItsFirstCode) {
 
     // Bound: the record's code stays as it is.
     test::BoundRecord h({"CODE"}, {"999"}, db::FieldType::VarChar, 20);
-    auto* bound = create<TMetroCodes_LF>("TMetroCodes_LF", h.dialog);
+    auto* bound = makeFrame<TMetroCodes_LF>("TMetroCodes_LF", h.dialog);
     bound->Init();
     bound->SetFilial(201);
     EXPECT_EQ(h.record->fieldByName("CODE")->asString(), QString("999"));
@@ -68,7 +65,7 @@ TEST_F(StoreLookup, CustomerCodesFollowTheBranchAndDefaultToItsFirstCode) {
 
 TEST_F(StoreLookup, ComplectsOfACardAndTheOneInForce) {
     QWidget top;
-    auto* f = create<TComplectHeader_LF>("TComplectHeader_LF", &top);
+    auto* f = makeFrame<TComplectHeader_LF>("TComplectHeader_LF", &top);
     f->Init();
     EXPECT_TRUE(f->pFIBDataSet1->isEmpty()); // no card yet
 
@@ -108,7 +105,7 @@ TEST_F(StoreLookup, ComplectsOfACardAndTheOneInForce) {
 
 TEST_F(StoreLookup, EquipmentOfOneTypeWithOrWithoutShortcuts) {
     QWidget top;
-    auto* f = create<TShopEquipment_LF>("TShopEquipment_LF", &top);
+    auto* f = makeFrame<TShopEquipment_LF>("TShopEquipment_LF", &top);
     f->Init();
     // The first type by name that has equipment.
     EXPECT_EQ(f->ShopEquipmentType(),
@@ -128,7 +125,7 @@ TEST_F(StoreLookup, EquipmentOfOneTypeWithOrWithoutShortcuts) {
     EXPECT_TRUE(f->IsEmpty());
 
     // The kind settles the type while no type was named; a named type stays.
-    auto* byKind = create<TShopEquipment_LF>("TShopEquipment_LF", &top);
+    auto* byKind = makeFrame<TShopEquipment_LF>("TShopEquipment_LF", &top);
     byKind->SetKind(2);
     byKind->Init();
     EXPECT_EQ(byKind->ShopEquipmentType(), 4); // "Витрина холодильная" before "Ларь морозильный"
@@ -158,7 +155,7 @@ TEST_F(StoreLookup, EquipmentOfOneTypeWithOrWithoutShortcuts) {
 
 TEST_F(StoreLookup, PalletsOfAPlaceAndZoneKindWithTheirLocation) {
     QWidget top;
-    auto* f = create<TStorePallet_LF>("TStorePallet_LF", &top);
+    auto* f = makeFrame<TStorePallet_LF>("TStorePallet_LF", &top);
     f->Init();
     EXPECT_FALSE(f->pFIBDataSet1->isEmpty()); // the default place has pallets in storage
 
@@ -175,7 +172,7 @@ TEST_F(StoreLookup, PalletsOfAPlaceAndZoneKindWithTheirLocation) {
 
     // A viewed record shows its pallet and location through the one-row select.
     test::BoundRecord h({"ID"}, {1});
-    auto* bound = create<TStorePallet_LF>("TStorePallet_LF", h.dialog);
+    auto* bound = makeFrame<TStorePallet_LF>("TStorePallet_LF", h.dialog);
     bound->lcSelect->setDataField("ID");
     bound->SetPlace(55);
     bound->Init();
@@ -187,7 +184,7 @@ TEST_F(StoreLookup, PalletsOfAPlaceAndZoneKindWithTheirLocation) {
 
 TEST_F(StoreLookup, StockPalletWithGoodsDateAndStockReport) {
     QWidget top;
-    auto* f = create<TStorePalletOst_LF>("TStorePalletOst_LF", &top);
+    auto* f = makeFrame<TStorePalletOst_LF>("TStorePalletOst_LF", &top);
     EXPECT_TRUE(f->siOstatokByStore->isHidden()); // the host has no stock report
     f->SetPlace(55);
     f->SetZoneKind(1);
@@ -214,7 +211,7 @@ TEST_F(StoreLookup, StockPalletWithGoodsDateAndStockReport) {
 
     // With the host's stock report the button opens it for the pallet's location.
     host->registeredForms << "OstatokByStore";
-    auto* g = create<TStorePalletOst_LF>("TStorePalletOst_LF", &top);
+    auto* g = makeFrame<TStorePalletOst_LF>("TStorePalletOst_LF", &top);
     EXPECT_FALSE(g->siOstatokByStore->isHidden());
     g->SetPlace(55);
     g->Init();
