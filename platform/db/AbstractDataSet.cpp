@@ -86,6 +86,11 @@ void AbstractDataSet::open() {
     try {
         doOpen();
     } catch (...) {
+        // doOpen may have moved some of the old fields over before it failed: put each back in
+        // its slot, so that the dataset keeps every field it had (controls hold Field pointers).
+        for (size_t i = 0; i < oldFields_.size(); ++i)
+            if (!oldFields_[i] && i < fields_.size()) oldFields_[i] = std::move(fields_[i]);
+        std::erase(oldFields_, nullptr);
         fields_ = std::move(oldFields_);
         oldFields_.clear();
         try {
