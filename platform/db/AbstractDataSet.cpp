@@ -501,6 +501,11 @@ void AbstractDataSet::post() {
     afterPost(*this);
 }
 
+void AbstractDataSet::rebaseEdit(const std::vector<QVariant>& current) {
+    if (state_ != DataSetState::Edit) return;
+    for (size_t i = 0; i < current.size() && i < oldBuffer_.size(); ++i) oldBuffer_[i] = current[i];
+}
+
 void AbstractDataSet::cancel() {
     if (!inEditMode()) return;
     beforeCancel(*this);
