@@ -98,6 +98,7 @@ HostImpl::HostImpl(Settings settings) : settings_(std::move(settings)) {
     if (settings_.profileRoot.isEmpty())
         settings_.profileRoot =
             QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/profiles");
+    QDir().mkpath(ProfilePath()); // a safe name: always one folder inside the profiles folder
     loadConfig();
 }
 
