@@ -503,7 +503,19 @@ void AbstractDataSet::post() {
 
 void AbstractDataSet::rebaseEdit(const std::vector<QVariant>& current) {
     if (state_ != DataSetState::Edit) return;
-    for (size_t i = 0; i < current.size() && i < oldBuffer_.size(); ++i) oldBuffer_[i] = current[i];
+    auto same = [](const QVariant& a, const QVariant& b) {
+        return a.isNull() == b.isNull() && (a.isNull() || a == b);
+    };
+    bool shown = false;
+    for (size_t i = 0; i < current.size() && i < oldBuffer_.size() && i < buffer_.size(); ++i) {
+        // A column the user did not change takes the other user's value; his own changes stay.
+        if (same(buffer_[i], oldBuffer_[i]) && !same(buffer_[i], current[i])) {
+            buffer_[i] = current[i];
+            shown = true;
+        }
+        oldBuffer_[i] = current[i];
+    }
+    if (shown) notifyRecord();
 }
 
 void AbstractDataSet::cancel() {
