@@ -154,47 +154,40 @@ TEST_F(OnServer, ASaveOverAnotherUsersChangeIsToldAndTheUserChooses) {
     auto listB = documents(b);
     const int id = listA->records()->fieldByName(QStringLiteral("ID_PAYMENT_DOC"))->asInteger();
 
-    // A saves first, then B, who read the document before A's save: B is told, sees A's amount
-    // and drops his change.
-    {
-        setHost(a);
-        FrameEditDialog dlgA(a, listA.get());
-        dlgA.prepare();
-        setHost(b);
-        FrameEditDialog dlgB(b, listB.get());
-        dlgB.prepare();
-        typeAmountAndSave(a, dlgA, 111);
-        EXPECT_EQ(dlgA.result(), QDialog::Accepted);
-        b->answers = {false};
-        typeAmountAndSave(b, dlgB, 222);
-        EXPECT_TRUE(b->said(QStringLiteral("Запись изменена другим пользователем")));
-        EXPECT_TRUE(b->said(QStringLiteral("AMOUNT: было «125000»")))
-            << b->loggedMessages().join("\n").toStdString();
-        EXPECT_TRUE(dlgB.dropped());
-        EXPECT_EQ(dlgB.result(), QDialog::Rejected);
-        EXPECT_DOUBLE_EQ(amount(id), 111);
-        EXPECT_DOUBLE_EQ(listB->records()->fieldByName(QStringLiteral("AMOUNT"))->asDouble(), 111);
+    // Both open the document; one saves, then the other, who read it before that save: he is
+    // told, with the amount as it is now, and chooses. First B drops his change after A saved,
+    // then A writes his over B's.
+    struct Round {
+        AnsweringHost* first;
+        RecordListForm* firstList;
+        AnsweringHost* late;
+        RecordListForm* lateList;
+        double was, saved, typed;
+        bool writeOver;
+    };
+    for (const Round& r : {Round{a, listA.get(), b, listB.get(), 125000, 111, 222, false},
+                           Round{b, listB.get(), a, listA.get(), 111, 333, 444, true}}) {
+        setHost(r.first);
+        FrameEditDialog first(r.first, r.firstList);
+        first.prepare();
+        setHost(r.late);
+        FrameEditDialog late(r.late, r.lateList);
+        late.prepare();
+        typeAmountAndSave(r.first, first, r.saved);
+        EXPECT_EQ(first.result(), QDialog::Accepted);
+        EXPECT_DOUBLE_EQ(amount(id), r.saved);
+        r.late->answers = {r.writeOver};
+        typeAmountAndSave(r.late, late, r.typed);
+        EXPECT_TRUE(r.late->said(QStringLiteral("Запись изменена другим пользователем")));
+        EXPECT_TRUE(r.late->said(QStringLiteral("AMOUNT: было «%1», сейчас «%2»").arg(r.was).arg(r.saved)))
+            << r.late->loggedMessages().join("\n").toStdString();
+        EXPECT_EQ(late.dropped(), !r.writeOver);
+        EXPECT_EQ(late.result(), r.writeOver ? QDialog::Accepted : QDialog::Rejected);
+        const double stored = r.writeOver ? r.typed : r.saved;
+        EXPECT_DOUBLE_EQ(amount(id), stored);
+        // Whichever he chose, his list shows what is stored.
+        EXPECT_DOUBLE_EQ(r.lateList->records()->fieldByName(QStringLiteral("AMOUNT"))->asDouble(), stored);
     }
-    // The other order: B saves first; A's list still shows the old row. A is told and writes
-    // his amount over B's.
-    {
-        setHost(a);
-        FrameEditDialog dlgA(a, listA.get());
-        dlgA.prepare();
-        setHost(b);
-        FrameEditDialog dlgB(b, listB.get());
-        dlgB.prepare();
-        typeAmountAndSave(b, dlgB, 333);
-        EXPECT_EQ(dlgB.result(), QDialog::Accepted);
-        EXPECT_DOUBLE_EQ(amount(id), 333);
-        a->answers = {true};
-        typeAmountAndSave(a, dlgA, 444);
-        EXPECT_TRUE(a->said(QStringLiteral("Запись изменена другим пользователем")));
-        EXPECT_EQ(dlgA.result(), QDialog::Accepted);
-        EXPECT_DOUBLE_EQ(amount(id), 444);
-    }
-    // A second OK after a dropped change does not bring the old value back.
-    EXPECT_DOUBLE_EQ(listA->records()->fieldByName(QStringLiteral("AMOUNT"))->asDouble(), 444);
 }
 
 TEST_F(OnServer, ALockedDocumentFailsAtOnceAndKeepsWhatWasTyped) {
