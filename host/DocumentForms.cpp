@@ -104,11 +104,18 @@ const char* const kEditable[] = {
     "QUANTITY",   "CUR_TYPE",     "CURS",      "EMAIL",      "SITE",           "NOTE",       "DESCRIPTION",
     "ARTICUL",    "PAYMENT_KIND", "DOC_INDEX", "PRICE_TYPE", "LINK_TO_CLIENT", "IS_CHECKED", "IS_PAID"};
 
+// Writes a document only while it is still as it was read: every column the edit writes must
+// hold its old value, else no row is updated and the dataset reports that another user changed
+// the document in between.
 QString updateSql() {
-    QStringList sets;
-    for (const char* c : kEditable) sets << QStringLiteral("%1 = :%1").arg(QLatin1String(c));
+    QStringList sets, unchanged;
+    for (const char* c : kEditable) {
+        sets << QStringLiteral("%1 = :%1").arg(QLatin1String(c));
+        unchanged << QStringLiteral("%1 is not distinct from :old_%1").arg(QLatin1String(c));
+    }
     return QStringLiteral("update PAYMENT_DOC set ") + sets.join(QStringLiteral(", ")) +
-           QStringLiteral("\nwhere ID_PAYMENT_DOC = :old_ID_PAYMENT_DOC");
+           QStringLiteral("\nwhere ID_PAYMENT_DOC = :old_ID_PAYMENT_DOC\n  and ") +
+           unchanged.join(QStringLiteral("\n  and "));
 }
 
 QString insertSql() {

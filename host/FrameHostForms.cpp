@@ -220,8 +220,11 @@ int RecordListForm::showDialog(bool viewOnly) {
     try {
         dlg.prepare();
     } catch (...) {
-        dlg.reject();
-        throw;
+        // Reported here, like every other failure of the form: the caller gets "not edited".
+        const std::exception_ptr e = std::current_exception();
+        frames::guard([&] { dlg.reject(); });
+        frames::reportError(e, QStringLiteral("Запись не открыта для редактирования"));
+        return QDialog::Rejected;
     }
     if (!host_->interactive()) {
         dlg.reject();
@@ -335,6 +338,15 @@ bool FrameEditDialog::save() {
     }
     db::AbstractDataSet* record = list_->records();
     db::Transaction* tr = list_->writeTransaction();
+    dropped_ = false;
+    auto rollback = [tr] {
+        if (tr && tr->active()) {
+            try {
+                tr->rollback();
+            } catch (...) {
+            }
+        }
+    };
     try {
         if (!record->inEditMode()) record->edit();
         for (size_t i = 0; i < frames_.size(); ++i) {
@@ -351,24 +363,85 @@ bool FrameEditDialog::save() {
             for (frames::TAbsEditFrame* f : frames_)
                 if (auto* lf = qobject_cast<frames::TAbs_LF*>(f))
                     record->fieldByName(list_->shownColumn)->setValue(lf->lcSelect->displayText());
-        if (tr) tr->ensureStarted();
-        record->post();
-        if (tr) tr->commit();
+        postRecord();
+    } catch (const db::Error& e) {
+        rollback();
+        if (e.isRecordChanged()) return resolveConflict();
+        // A lock conflict or a lost connection: told in words, the record keeps what the user
+        // typed and the dialog stays open.
+        frames::reportError(std::current_exception(), QStringLiteral("Запись не сохранена"));
+        return false;
     } catch (...) {
-        const QString text = frames::errorText(std::current_exception());
-        if (tr && tr->active()) {
-            try {
-                tr->rollback();
-            } catch (...) {
-            }
-        }
-        host_->ErrorBox(QStringLiteral("Запись не сохранена: %1").arg(text));
+        rollback();
+        frames::reportError(std::current_exception(), QStringLiteral("Запись не сохранена"));
         return false;
     }
     // The list shows names looked up by the statement: read the row again.
     if (auto* table = qobject_cast<db::DataSet*>(record); table && !table->refreshSql().trimmed().isEmpty())
         frames::guard([table] { table->refreshRecord(); });
     return true;
+}
+
+void FrameEditDialog::postRecord() {
+    db::Transaction* tr = list_->writeTransaction();
+    if (tr) tr->ensureStarted();
+    list_->records()->post();
+    if (tr) tr->commit();
+}
+
+QString FrameEditDialog::describeChanges(const std::vector<QVariant>& current) const {
+    db::AbstractDataSet* record = list_->records();
+    const std::vector<QVariant>& original = record->originalValues();
+    QStringList lines;
+    for (int i = 0; i < record->fieldCount() && size_t(i) < current.size() && size_t(i) < original.size();
+         ++i) {
+        const QVariant& was = original[size_t(i)];
+        const QVariant& now = current[size_t(i)];
+        if (was.isNull() == now.isNull() && (was.isNull() || was == now)) continue;
+        const db::Field* f = record->field(i);
+        auto shown = [](const QVariant& v) {
+            return v.isNull() ? QStringLiteral("(пусто)") : v.toString().left(80);
+        };
+        lines << QStringLiteral("  %1: было «%2», сейчас «%3»").arg(f->fieldName(), shown(was), shown(now));
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+bool FrameEditDialog::resolveConflict() {
+    auto* table = qobject_cast<db::DataSet*>(list_->records());
+    std::vector<QVariant> current;
+    if (table && !frames::guard([&] { current = table->readCurrentRow(); })) return false;
+    if (current.empty()) {
+        host_->ErrorBox(QStringLiteral("Запись не сохранена: другой пользователь удалил её или изменил так, "
+                                       "что её больше нет в списке."));
+        return false;
+    }
+    const QString changes = describeChanges(current);
+    host_->TraceText(QStringLiteral("Record changed by another user:\n") + changes, 1);
+    const QString question =
+        QStringLiteral("Запись изменена другим пользователем после того, как вы её открыли.\n"
+                       "Сейчас в базе данных:\n%1\n\n"
+                       "«Да» — записать ваши изменения поверх, «Нет» — отказаться от своих изменений и "
+                       "показать запись такой, какая она сейчас.")
+            .arg(changes.isEmpty() ? QStringLiteral("  (отличий в колонках списка нет)") : changes);
+    if (host_->QuestionBox(question)) {
+        // Reapply: the edit now starts from the row as it is, and is written once more.
+        list_->records()->rebaseEdit(current);
+        db::Transaction* tr = list_->writeTransaction();
+        try {
+            postRecord();
+        } catch (...) {
+            if (tr && tr->active()) frames::guard([tr] { tr->rollback(); });
+            frames::reportError(std::current_exception(), QStringLiteral("Запись не сохранена"));
+            return false;
+        }
+        frames::guard([table] { table->refreshRecord(); });
+        return true;
+    }
+    // Drop: the user's change goes, the list shows the row as the other user left it.
+    dropped_ = true;
+    frames::guard([table] { table->refreshRecord(); });
+    return false;
 }
 
 void FrameEditDialog::closeFrames() {
@@ -382,7 +455,10 @@ void FrameEditDialog::accept() {
         reject();
         return;
     }
-    if (!save()) return;
+    if (!save()) {
+        if (dropped_) reject();
+        return;
+    }
     closeFrames();
     TfmAbsEditDlg::accept();
 }

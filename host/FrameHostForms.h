@@ -126,7 +126,11 @@ public:
     // Saves the frames' values into the record, posts it and commits. A required frame without
     // a value is asked for first. On failure rolls back, reports through the host and returns
     // false with the record still in edit state.
+    // A row changed by another user since it was read is shown as it is now, and the user
+    // chooses: write his edit over it (true when written) or drop it (the record shows the
+    // current row; dropped() is true and accept closes the dialog).
     bool save();
+    bool dropped() const { return dropped_; }
 
     void accept() override;
     void reject() override;
@@ -134,6 +138,10 @@ public:
 private:
     void cancelEdit();
     void closeFrames();
+    void postRecord();
+    bool resolveConflict();
+    // "column: was, now" for each column where current differs from the row as read.
+    QString describeChanges(const std::vector<QVariant>& current) const;
     frames::TConfigItem* layoutNode(const QString& name) const;
 
     HostImpl* host_;
@@ -145,6 +153,7 @@ private:
     std::vector<frames::TAbsEditFrame*> frames_;
     std::vector<const EditorSlot*> slotOf_;
     bool closed_ = false;
+    bool dropped_ = false;
 };
 
 } // namespace workbench

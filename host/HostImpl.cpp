@@ -18,6 +18,7 @@
 #include <QInputDialog>
 #include <QJsonDocument>
 #include <QMessageBox>
+#include <QRegularExpression>
 #include <QSaveFile>
 #include <QSettings>
 #include <QStandardPaths>
@@ -48,11 +49,11 @@ QVariant defaultConfigValue(const QString& key) {
     return defaults.value(key);
 }
 
-// A file name made of the user name's safe characters.
+// A folder name made of the user name's safe characters: letters, digits, "_" and "-" (no dots,
+// no separators), so that a profile folder never leaves the profiles folder.
 QString safeName(const QString& name) {
     QString out;
-    for (const QChar c : name)
-        out += (c.isLetterOrNumber() || c == '_' || c == '-' || c == '.') ? c : QChar('_');
+    for (const QChar c : name) out += (c.isLetterOrNumber() || c == '_' || c == '-') ? c : QChar('_');
     return out.isEmpty() ? QStringLiteral("default") : out;
 }
 
@@ -97,7 +98,7 @@ HostImpl::HostImpl(Settings settings) : settings_(std::move(settings)) {
     if (settings_.profileRoot.isEmpty())
         settings_.profileRoot =
             QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/profiles");
-    QDir().mkpath(ProfilePath());
+    QDir().mkpath(ProfilePath()); // a safe name: always one folder inside the profiles folder
     loadConfig();
 }
 
@@ -107,27 +108,87 @@ HostImpl::~HostImpl() {
 }
 
 QString HostImpl::userName() const {
-    // The embedded connection always logs in as SYSDBA; --user picks the user the session is for.
     return settings_.userName.isEmpty() ? QStringLiteral("SYSDBA") : settings_.userName.toUpper();
+}
+
+bool HostImpl::validUserName(const QString& name) {
+    static const QRegularExpression login(QStringLiteral("^[A-Za-z][A-Za-z0-9_$]{0,62}$"));
+    return login.match(name).hasMatch();
 }
 
 // ---- database
 
 void HostImpl::openDatabase(const QString& connectString) {
     closeDatabase();
+    lost_ = false;
+    if (!validUserName(userName()))
+        throw db::Error::configuration(
+            QStringLiteral("Недопустимое имя пользователя «%1»: имя входа состоит из латинских букв, "
+                           "цифр и знака «_» и начинается с буквы")
+                .arg(settings_.userName));
+    db::Database::Options options;
+    options.user = userName();
+    options.password = settings_.password;
     auto database = std::make_unique<db::Database>();
-    database->open(connectString);
+    database->open(connectString, options);
     auto tr = std::make_unique<db::Transaction>(database.get(), db::TransactionOptions::read());
     tr->start();
     database->setDefaultTransaction(tr.get());
     database_ = std::move(database);
     readTransaction_ = std::move(tr);
     rights_.clear();
-    readRunConstants();
+    try {
+        readRunConstants();
+    } catch (...) {
+        closeDatabase();
+        throw;
+    }
+    if (userId_ < 0) {
+        closeDatabase();
+        throw db::Error::configuration(
+            QStringLiteral("Пользователь «%1» не зарегистрирован в базе данных").arg(userName()));
+    }
     TraceText(QStringLiteral("Database opened: %1 (user %2, session %3)")
                   .arg(connectString, userName())
                   .arg(session_),
               1);
+}
+
+bool HostImpl::reconnect() {
+    if (!database_) return false;
+    try {
+        database_->reconnect();
+        readTransaction_->start();
+        rights_.clear();
+        readRunConstants();
+    } catch (...) {
+        const QString text = frames::errorText(std::current_exception());
+        frames::traceError(std::current_exception());
+        ErrorBox(QStringLiteral("Не удалось восстановить соединение с базой данных: %1").arg(text));
+        return false;
+    }
+    lost_ = false;
+    TraceText(QStringLiteral("Reconnected: %1 (user %2, session %3)")
+                  .arg(database_->connectString(), userName())
+                  .arg(session_),
+              1);
+    return true;
+}
+
+void HostImpl::ConnectionLost(const QString& text) {
+    // One loss, one message: later failures of the same loss only go to the trace log.
+    if (lost_) {
+        TraceText(QStringLiteral("connection lost (already reported): ") + text, 1);
+        return;
+    }
+    lost_ = true;
+    const QString question =
+        QStringLiteral("%1\n\nПереподключиться к базе данных? Открытые формы продолжат работу.").arg(text);
+    message(QStringLiteral("error"), text);
+    if (!settings_.interactive) return;
+    if (QMessageBox::question(QApplication::activeWindow(), QStringLiteral("Соединение потеряно"), question,
+                              QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) == QMessageBox::Yes)
+        reconnect();
 }
 
 void HostImpl::closeDatabase() {
@@ -148,14 +209,9 @@ void HostImpl::closeDatabase() {
 }
 
 void HostImpl::readRunConstants() {
+    // The session attaches as its user: the server's own idea of the user decides.
     db::Query q(database_.get(), readTransaction_.get());
-    // The session runs for the given user name, or for the connection's own user.
-    if (settings_.userName.isEmpty()) {
-        q.setSql(QStringLiteral("select tyuser(current_user), current_connection from rdb$database"));
-    } else {
-        q.setSql(QStringLiteral("select tyuser(:login), current_connection from rdb$database"));
-        q.paramByName(QStringLiteral("login"))->setValue(settings_.userName);
-    }
+    q.setSql(QStringLiteral("select tyuser(current_user), current_connection from rdb$database"));
     q.open();
     if (q.next()) {
         userId_ = q.value(0).toInt();
@@ -186,14 +242,19 @@ bool HostImpl::IsFuncRights(const QString& functionName) const {
     if (!database_) return false;
     const auto it = rights_.constFind(functionName);
     if (it != rights_.constEnd()) return *it;
-    db::Query q(database_.get(), readTransaction_.get());
-    q.setSql(QStringLiteral("select count(*) from USER_RIGHTS where ID_USER = :id and FUNC_NAME = :func"));
-    q.paramByName(QStringLiteral("id"))->setValue(userId_);
-    q.paramByName(QStringLiteral("func"))->setValue(functionName);
-    q.open();
-    const bool granted = q.next() && q.value(0).toInt() > 0;
-    q.close();
-    rights_.insert(functionName, granted);
+    // A failure is reported here and denies the right: callers ask inside their own logic.
+    bool granted = false;
+    const bool read = frames::guard([&] {
+        db::Query q(database_.get(), readTransaction_.get());
+        q.setSql(
+            QStringLiteral("select count(*) from USER_RIGHTS where ID_USER = :id and FUNC_NAME = :func"));
+        q.paramByName(QStringLiteral("id"))->setValue(userId_);
+        q.paramByName(QStringLiteral("func"))->setValue(functionName);
+        q.open();
+        granted = q.next() && q.value(0).toInt() > 0;
+        q.close();
+    });
+    if (read) rights_.insert(functionName, granted);
     return granted;
 }
 

@@ -42,8 +42,11 @@ public:
     struct Settings {
         // Folder that holds one profile folder per user; empty: the application data folder.
         QString profileRoot;
-        // The user the session runs for; empty: the database connection's user.
+        // The user the session runs for and attaches as (embedded: by name; server: his login);
+        // empty: SYSDBA, the administrator.
         QString userName;
+        // The user's password on a server (unused by the embedded engine).
+        QString password;
         // False in screenshot mode and in tests: message boxes and modal forms are not shown,
         // they are written to the trace log and answered with their defaults.
         bool interactive = true;
@@ -53,10 +56,20 @@ public:
     explicit HostImpl(Settings settings);
     ~HostImpl() override;
 
-    // Attaches to the database (a file path for the embedded engine or host/port:path), starts
-    // the read transaction and reads the run constants. Throws db::Error.
+    // Attaches to the database (a file path for the embedded engine or host/port:path) as the
+    // session's user, starts the read transaction and reads the run constants. Throws db::Error,
+    // also for a user name that is not a plain login or that the USERS table does not know.
     void openDatabase(const QString& connectString);
     void closeDatabase();
+    // Attaches again after the connection was lost: the database and read transaction objects
+    // stay the same, so open forms and frames go on with them. Reports a failure through the
+    // error box; returns whether the session is connected again.
+    bool reconnect();
+    // True from a lost connection until a successful reconnect.
+    bool connectionLost() const { return lost_; }
+    // A login the session can attach as: letters, digits, "_" and "$", starting with a letter,
+    // at most 63 characters.
+    static bool validUserName(const QString& name);
     bool interactive() const { return settings_.interactive; }
     void setInteractive(bool on) { settings_.interactive = on; }
     // Name under which the session runs (profile folder name).
@@ -105,6 +118,8 @@ public:
     frames::db::Transaction* pfReadTransaction() const override { return readTransaction_.get(); }
     frames::db::Database* ImageDatabase() const override { return database_.get(); }
     bool IsFuncRights(const QString& functionName) const override;
+    // Told once per loss; offers to reconnect (without a user: recorded, not asked).
+    void ConnectionLost(const QString& text) override;
     int SessionNumber() const override { return session_; }
 
     // ---- trace log
@@ -136,6 +151,7 @@ private:
     mutable QHash<QString, bool> rights_;
     std::map<QString, std::unique_ptr<QObject>> formObjects_;
     int session_ = 0;
+    bool lost_ = false;
     int userId_ = -1;
     QString lastSearch_;
 };

@@ -83,6 +83,10 @@ MainWindow::MainWindow(HostImpl* host, frames::Registry* registry, QWidget* pare
     setCentralWidget(split);
 
     QMenu* file = menuBar()->addMenu(QStringLiteral("&Файл"));
+    // After a lost connection that the user did not want to restore at once.
+    file->addAction(QStringLiteral("&Переподключиться к базе данных"), this, [this] {
+        if (host_->reconnect()) host_->InfoBox(QStringLiteral("Соединение с базой данных восстановлено."));
+    });
     file->addAction(QStringLiteral("&Выход"), this, &QWidget::close);
     QMenu* forms = menuBar()->addMenu(QStringLiteral("&Справочники"));
     QAction* cards = forms->addAction(QStringLiteral("&Карточки товаров…"), this, [this] { openCardList(); });

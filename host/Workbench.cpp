@@ -23,6 +23,7 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
+#include <QInputDialog>
 #include <QLibrary>
 #include <QMessageBox>
 #include <QPixmap>
@@ -52,7 +53,12 @@ bool parseOptions(const QStringList& arguments, Options& options, QString& messa
         QStringLiteral("dir"));
     const QCommandLineOption user(QStringLiteral("user"), QStringLiteral("The user the session runs for."),
                                   QStringLiteral("name"));
-    p.addOptions({database, list, shots, user});
+    const QCommandLineOption password(
+        QStringLiteral("password"),
+        QStringLiteral("The user's password on a server (else the WORKBENCH_PASSWORD environment variable, "
+                       "else the workbench asks)."),
+        QStringLiteral("password"));
+    p.addOptions({database, list, shots, user, password});
     if (!p.parse(arguments)) {
         message = p.errorText();
         return false;
@@ -70,6 +76,7 @@ bool parseOptions(const QStringList& arguments, Options& options, QString& messa
     options.list = p.isSet(list);
     options.screenshotsDir = p.value(shots);
     options.user = p.value(user);
+    options.password = p.value(password);
     return true;
 }
 
@@ -403,7 +410,20 @@ int run(int argc, char** argv) {
     const bool screenshots = !options.screenshotsDir.isEmpty() || !haveDisplay();
     HostImpl::Settings settings;
     settings.userName = options.user;
+    settings.password =
+        options.password.isEmpty() ? qEnvironmentVariable("WORKBENCH_PASSWORD") : options.password;
     settings.interactive = !screenshots;
+    if (settings.password.isEmpty() && frames::db::Database::isRemote(options.database) && !screenshots) {
+        // A server checks who logs in: ask the user for his password.
+        bool ok = false;
+        settings.password = QInputDialog::getText(
+            nullptr, QStringLiteral("Вход"),
+            QStringLiteral("Пароль пользователя %1 на сервере %2:")
+                .arg(options.user.isEmpty() ? QStringLiteral("SYSDBA") : options.user.toUpper(),
+                     options.database.left(options.database.indexOf(QLatin1Char(':')))),
+            QLineEdit::Password, QString(), &ok);
+        if (!ok) return 1;
+    }
     HostImpl host(settings);
     frames::setHost(&host);
     struct Uninstall {
@@ -426,7 +446,8 @@ int run(int argc, char** argv) {
         }
         host.openDatabase(path);
     } catch (const frames::db::Error& e) {
-        return failDatabase(path, e.text());
+        // The words for the user first (a refused login, a server that does not answer).
+        return failDatabase(path, e.userText() == e.message() ? e.text() : e.userText() + '\n' + e.message());
     } catch (const std::exception& e) {
         return failDatabase(path, QString::fromUtf8(e.what()));
     }

@@ -16,7 +16,8 @@ struct Options {
     QString database;       // empty: the demo database in the user's data folder
     bool list = false;      // print the registered frame classes and exit
     QString screenshotsDir; // set: write screenshots there and exit
-    QString user;           // the user the session runs for
+    QString user;           // the user the session runs for (and attaches as)
+    QString password;       // his password on a server; else WORKBENCH_PASSWORD, else asked
 };
 
 // Parses the command line; returns false with a message for bad arguments (help and version

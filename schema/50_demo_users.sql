@@ -1,4 +1,4 @@
-/* Demo users. -1 and -10 are system rows; the embedded connection logs in as SYSDBA, who is the
+/* Demo users. -1 and -10 are system rows; a session without a user name attaches as SYSDBA, who is the
    administrator here. FILIALINDEX and SHOPINDEX are the user's branch and shop in the shop tree
    (TH_CLASSIF, rows in 52_demo_clients.sql). */
 

@@ -13,6 +13,11 @@ struct EAbort {};
 
 // Text of any exception for the user (db::Error text, std::exception what()).
 QString errorText(std::exception_ptr e);
+// Writes a database error's whole text (with its statement) to the host's trace log.
+void traceError(std::exception_ptr e);
+// Tells the user about an error through the host: "operation: what failed" in the error box, a
+// lost connection through the host's ConnectionLost; the statement goes to the trace log.
+void reportError(std::exception_ptr e, const QString& operation = {});
 
 // Runs an event handler: swallows the silent abort and sends any other error to the host's
 // error box, so that no exception leaves a handler. Returns false when the handler failed.

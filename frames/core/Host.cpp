@@ -24,7 +24,21 @@ Host* host() {
     return g_host;
 }
 
-QString errorText(std::exception_ptr e) { return ui::exceptionText(e); }
+QString errorText(std::exception_ptr e) {
+    return ui::exceptionText(e);
+}
+
+void traceError(std::exception_ptr e) {
+    if (!g_host) return;
+    try {
+        std::rethrow_exception(e);
+    } catch (const db::Error& err) {
+        // The user is told what failed; the statement behind it goes to the trace log.
+        if (err.text() != err.userText())
+            g_host->TraceText(QStringLiteral("Database error: ") + err.text(), 1);
+    } catch (...) {
+    }
+}
 
 bool guard(const std::function<void()>& handler) {
     try {
@@ -33,16 +47,32 @@ bool guard(const std::function<void()>& handler) {
     } catch (const EAbort&) {
         return false;
     } catch (...) {
-        const QString text = errorText(std::current_exception());
-        if (g_host) {
-            try {
-                g_host->ErrorBox(text);
-            } catch (...) {
-            }
-        } else {
-            qWarning("%s", qPrintable(text));
-        }
+        reportError(std::current_exception());
         return false;
+    }
+}
+
+void reportError(std::exception_ptr e, const QString& operation) {
+    QString text = errorText(e);
+    if (!operation.isEmpty()) text = operation + QStringLiteral(": ") + text;
+    bool lost = false;
+    try {
+        std::rethrow_exception(e);
+    } catch (const db::Error& err) {
+        lost = err.isConnectionLost();
+    } catch (...) {
+    }
+    if (!g_host) {
+        qWarning("%s", qPrintable(text));
+        return;
+    }
+    try {
+        traceError(e);
+        if (lost)
+            g_host->ConnectionLost(text);
+        else
+            g_host->ErrorBox(text);
+    } catch (...) {
     }
 }
 

@@ -61,6 +61,10 @@ public:
     virtual db::Database* ImageDatabase() const = 0;
     virtual bool IsFuncRights(const QString& functionName) const = 0;
     virtual int SessionNumber() const = 0;
+    // A database call failed because the connection to the server is lost. The host tells the
+    // user (once per loss, not once per failed call) and may offer to reconnect. The default
+    // shows the error box.
+    virtual void ConnectionLost(const QString& text) { ErrorBox(text); }
     virtual bool NoFileOpenDialog() const { return false; }
 
     // ---- trace log

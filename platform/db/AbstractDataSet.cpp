@@ -86,6 +86,11 @@ void AbstractDataSet::open() {
     try {
         doOpen();
     } catch (...) {
+        // doOpen may have moved some of the old fields over before it failed: put each back in
+        // its slot, so that the dataset keeps every field it had (controls hold Field pointers).
+        for (size_t i = 0; i < oldFields_.size(); ++i)
+            if (!oldFields_[i] && i < fields_.size()) oldFields_[i] = std::move(fields_[i]);
+        std::erase(oldFields_, nullptr);
         fields_ = std::move(oldFields_);
         oldFields_.clear();
         try {
@@ -509,6 +514,23 @@ void AbstractDataSet::post() {
     if (inserting) notifyDataSet();
     notifyRecord();
     afterPost(*this);
+}
+
+void AbstractDataSet::rebaseEdit(const std::vector<QVariant>& current) {
+    if (state_ != DataSetState::Edit) return;
+    auto same = [](const QVariant& a, const QVariant& b) {
+        return a.isNull() == b.isNull() && (a.isNull() || a == b);
+    };
+    bool shown = false;
+    for (size_t i = 0; i < current.size() && i < oldBuffer_.size() && i < buffer_.size(); ++i) {
+        // A column the user did not change takes the other user's value; his own changes stay.
+        if (same(buffer_[i], oldBuffer_[i]) && !same(buffer_[i], current[i])) {
+            buffer_[i] = current[i];
+            shown = true;
+        }
+        oldBuffer_[i] = current[i];
+    }
+    if (shown) notifyRecord();
 }
 
 void AbstractDataSet::cancel() {

@@ -79,6 +79,12 @@ public:
     void append(); // new row at the end
     void post();
     void cancel();
+    // While editing: the row as it was read (what update statements get as old_ values), and a
+    // new base for it (the row as it is now in the database) when the user chooses to write his
+    // edit over another user's change: the columns he changed keep his values, the others take
+    // the current ones. Values are by field index.
+    const std::vector<QVariant>& originalValues() const { return oldBuffer_; }
+    void rebaseEdit(const std::vector<QVariant>& current);
     void remove(); // delete the current row
     bool modified() const { return modified_; }
 

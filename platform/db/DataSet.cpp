@@ -2,6 +2,8 @@
 #include "platform/db/Database.h"
 #include "platform/db/Statement.h"
 #include "platform/db/Transaction.h"
+#include <QRegularExpression>
+#include <QSet>
 #include <unordered_map>
 
 namespace frames::db {
@@ -173,8 +175,8 @@ std::vector<QVariant> DataSet::modifyValues(const Statement& st, const std::vect
     return r;
 }
 
-void DataSet::runModify(const QString& sql, const std::vector<QVariant>& old,
-                        const std::vector<QVariant>& values, std::vector<QVariant>* returning) {
+qint64 DataSet::runModify(const QString& sql, const std::vector<QVariant>& old,
+                          const std::vector<QVariant>& values, std::vector<QVariant>* returning) {
     Transaction* tr = writeTransaction();
     tr->ensureStarted();
     Statement* st = cachedStatement(sql, tr);
@@ -184,18 +186,22 @@ void DataSet::runModify(const QString& sql, const std::vector<QVariant>& old,
         std::vector<char> row(std::max(1u, st->messageLength()));
         bool got = st->fetch(row.data());
         st->closeCursor();
-        if (!got) return;
+        if (!got) return -1;
         if (returning)
             for (size_t i = 0; i < st->columns().size(); ++i)
                 if (const Field* f = findField(st->columns()[i].name))
                     (*returning)[size_t(f->index())] = st->decode(row.data(), int(i), tr);
-        return;
+        return -1;
     }
     st->execute(tr);
     if (returning)
         for (size_t i = 0; i < st->columns().size(); ++i)
             if (const Field* f = findField(st->columns()[i].name))
                 (*returning)[size_t(f->index())] = st->decode(st->outputRow(), int(i), tr);
+    // Rows an update or delete touched; -1 for anything else (a procedure, an insert).
+    static const QRegularExpression modifying(QStringLiteral("^\\s*(update|delete)\\b"),
+                                              QRegularExpression::CaseInsensitiveOption);
+    return modifying.match(sql).hasMatch() ? st->affectedRecords() : -1;
 }
 
 int DataSet::storePost(int physRow, const std::vector<QVariant>& oldValues,
@@ -208,7 +214,14 @@ int DataSet::storePost(int physRow, const std::vector<QVariant>& oldValues,
         rows_->overlay[phys] = std::move(stored);
         return phys;
     }
-    if (!update_.trimmed().isEmpty()) runModify(update_, oldValues, newValues, &stored);
+    if (!update_.trimmed().isEmpty()) {
+        const qint64 changed = runModify(update_, oldValues, newValues, &stored);
+        // An update that finds no row: the row is gone, or (when its where clause compares the
+        // values as read) another user changed it since it was read. Nothing was written.
+        if (changed == 0)
+            throw Error(Error::Kind::RecordChanged, Error::recordChangedText(),
+                        QStringLiteral("Statement: %1").arg(update_), {}, 0);
+    }
     rows_->overlay[physRow] = std::move(stored);
     return physRow;
 }
@@ -220,6 +233,49 @@ void DataSet::storeDelete(int physRow) {
     runModify(delete_, values, values, nullptr);
 }
 
+std::vector<QVariant> DataSet::readCurrentRow() {
+    if (!active() || recNo() < 0 || refresh_.trimmed().isEmpty()) return {};
+    Transaction* tr = readTransaction();
+    Statement* st = cachedStatement(refresh_, tr);
+    std::vector<QVariant> values = inEditMode() ? originalValues() : std::vector<QVariant>{};
+    // Blobs of the row as read are read from the server only when needed: once another user
+    // changed the row, the old blob may be gone already.
+    std::vector<bool> pending(size_t(fieldCount()), false);
+    const int phys = physicalRow(recNo());
+    if (values.empty()) {
+        values.resize(size_t(fieldCount()));
+        QSet<int> needed;
+        for (const QString& name : st->scanned().names) {
+            const Field* f = findField(name);
+            if (!f && name.startsWith(QStringLiteral("OLD_"), Qt::CaseInsensitive))
+                f = findField(name.mid(4));
+            if (f) needed.insert(f->index());
+        }
+        for (int i = 0; i < fieldCount(); ++i) {
+            const FieldType t = field(i)->dataType();
+            if ((t == FieldType::TextBlob || t == FieldType::BinaryBlob) && !needed.contains(i))
+                pending[size_t(i)] = true;
+            else
+                values[size_t(i)] = storageValue(phys, i);
+        }
+    }
+    st->bind(modifyValues(*st, values, values), tr);
+    st->openCursor(tr);
+    std::vector<char> row(std::max(1u, st->messageLength()));
+    const bool got = st->fetch(row.data());
+    st->closeCursor();
+    if (!got) return {};
+    for (size_t i = 0; i < st->columns().size(); ++i)
+        if (const Field* f = findField(st->columns()[i].name)) {
+            values[size_t(f->index())] = convertForField(f->dataType(), f->scale(),
+                                                         st->decode(row.data(), int(i), tr), f->fieldName());
+            pending[size_t(f->index())] = false;
+        }
+    for (int i = 0; i < fieldCount(); ++i)
+        if (pending[size_t(i)]) values[size_t(i)] = storageValue(phys, i);
+    return values;
+}
+
 void DataSet::refreshRecord() {
     if (!active()) return;
     if (inEditMode()) cancel();
@@ -228,22 +284,9 @@ void DataSet::refreshRecord() {
         reopen(true);
         return;
     }
-    const int phys = physicalRow(recNo());
-    std::vector<QVariant> values(static_cast<size_t>(fieldCount()));
-    for (int i = 0; i < fieldCount(); ++i) values[size_t(i)] = storageValue(phys, i);
-    Transaction* tr = readTransaction();
-    Statement* st = cachedStatement(refresh_, tr);
-    st->bind(modifyValues(*st, values, values), tr);
-    st->openCursor(tr);
-    std::vector<char> row(std::max(1u, st->messageLength()));
-    const bool got = st->fetch(row.data());
-    st->closeCursor();
-    if (!got) return;
-    for (size_t i = 0; i < st->columns().size(); ++i)
-        if (const Field* f = findField(st->columns()[i].name))
-            values[size_t(f->index())] = convertForField(f->dataType(), f->scale(),
-                                                         st->decode(row.data(), int(i), tr), f->fieldName());
-    rows_->overlay[phys] = std::move(values);
+    std::vector<QVariant> values = readCurrentRow();
+    if (values.empty()) return;
+    rows_->overlay[physicalRow(recNo())] = std::move(values);
     currentRowChanged();
 }
 

@@ -67,6 +67,10 @@ public:
     // Re-reads the current row through RefreshSQL (parameters from the row's fields), or the
     // whole select when RefreshSQL is empty.
     void refreshRecord();
+    // The current row as it is now in the database, read through RefreshSQL in the read
+    // transaction with the values the row was read with (by field index); empty when the row is
+    // gone or there is no RefreshSQL.
+    std::vector<QVariant> readCurrentRow();
 
     // Firebird's prepared statement for SelectSQL (reused while the text is unchanged).
     void prepare();
@@ -90,8 +94,9 @@ private:
     // Values for the parameters of a modifying statement: NAME from `values`, OLD_NAME from `old`.
     std::vector<QVariant> modifyValues(const Statement& st, const std::vector<QVariant>& old,
                                        const std::vector<QVariant>& values) const;
-    void runModify(const QString& sql, const std::vector<QVariant>& old, const std::vector<QVariant>& values,
-                   std::vector<QVariant>* returning);
+    // Returns the rows an update or delete touched, -1 for other statements.
+    qint64 runModify(const QString& sql, const std::vector<QVariant>& old,
+                     const std::vector<QVariant>& values, std::vector<QVariant>* returning);
 
     Database* db_ = nullptr;
     Transaction* tr_ = nullptr;

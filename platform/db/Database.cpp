@@ -20,10 +20,46 @@ Database::~Database() {
     for (Transaction* t : transactions_) t->db_ = nullptr;
 }
 
+namespace {
+
+// An attach that failed for a reason the user can act on gets a message in words; the server's
+// own lines stay in the error's context for the trace log.
+Error attachError(const Error& e, const QString& connectString, const Database::Options& options) {
+    Error r = e;
+    if (Database::isRemote(connectString) && (e.isConnectionLost() || e.hasCode(isc_connect_reject))) {
+        const QString server = connectString.left(connectString.indexOf(QLatin1Char(':')));
+        r = Error(Error::Kind::ConnectionLost, e.message(), e.context(), e.gdsCodes(), e.sqlCode());
+        r.setUserText(
+            QStringLiteral("Не удалось соединиться с сервером базы данных %1: сервер недоступен или "
+                           "не ответил за %2 с.")
+                .arg(server)
+                .arg(options.connectTimeout));
+    } else if (e.hasCode(isc_login)) {
+        r.setUserText(QStringLiteral("Сервер базы данных не принял вход пользователя %1: неверное имя "
+                                     "пользователя или пароль.")
+                          .arg(options.user.toUpper()));
+    }
+    return r;
+}
+
+} // namespace
+
 void Database::attach(const QString& connectString, const Options& options, bool create) {
     if (attachment_) close();
     const QByteArray path = connectString.toUtf8();
     const QString context = QStringLiteral("Database: %1").arg(connectString);
+    try {
+        attachWith(path, connectString, options, create, context);
+    } catch (const Error& e) {
+        throw attachError(e, connectString, options);
+    }
+    connectString_ = connectString;
+    options_ = options;
+    ++generation_;
+}
+
+void Database::attachWith(const QByteArray& path, const QString& connectString, const Options& options,
+                          bool create, const QString& context) {
     fb::call(
         [&](fb::Status* st) {
             IXpbBuilder* dpb = fb::util()->getXpbBuilder(st, IXpbBuilder::DPB, nullptr, 0);
@@ -33,6 +69,12 @@ void Database::attach(const QString& connectString, const Options& options, bool
                 if (!options.role.isEmpty())
                     dpb->insertString(st, isc_dpb_sql_role_name, options.role.toUtf8().constData());
                 dpb->insertString(st, isc_dpb_lc_ctype, connectionCharset);
+                if (isRemote(connectString)) {
+                    if (options.connectTimeout > 0)
+                        dpb->insertInt(st, isc_dpb_connect_timeout, options.connectTimeout);
+                    if (options.dummyPacketInterval > 0)
+                        dpb->insertInt(st, isc_dpb_dummy_packet_interval, options.dummyPacketInterval);
+                }
                 if (create) {
                     dpb->insertInt(st, isc_dpb_page_size, 8192);
                     dpb->insertString(st, isc_dpb_set_db_charset, "WIN1251");
@@ -59,7 +101,31 @@ void Database::attach(const QString& connectString, const Options& options, bool
             dpb->dispose();
         },
         context);
-    connectString_ = connectString;
+}
+
+bool Database::isRemote(const QString& connectString) {
+    // A server is named before the first colon; a colon at index 1 is a drive letter.
+    const int colon = int(connectString.indexOf(QLatin1Char(':')));
+    if (colon <= 1) return false;
+    const QString host = connectString.left(colon);
+    return !host.contains(QLatin1Char('\\')) && !host.startsWith(QLatin1Char('/')) &&
+           !host.startsWith(QLatin1Char('.'));
+}
+
+void Database::reconnect() {
+    if (connectString_.isEmpty()) throw Error::configuration(QStringLiteral("Database was never opened"));
+    // Nothing is asked of the old server: it may be gone or frozen.
+    for (Transaction* t : QList<Transaction*>(transactions_)) {
+        if (!t->handle_) continue;
+        emit t->ending();
+        t->handle_->release();
+        t->handle_ = nullptr;
+    }
+    if (attachment_) {
+        attachment_->release();
+        attachment_ = nullptr;
+    }
+    attach(connectString_, options_, false);
 }
 
 void Database::open(const QString& connectString, const Options& options) {

@@ -31,7 +31,15 @@ public:
         // 0 turns them off, 1 on. The setting is kept in the database; changing it takes the
         // owner or SYSDBA.
         int forcedWrites = -1;
+        // Seconds a server has to answer when attaching; 0: the client library's default.
+        int connectTimeout = 10;
+        // Seconds of silence after which the server probes the connection (dead clients are
+        // dropped and their locks freed); 0: the server's setting.
+        int dummyPacketInterval = 30;
     };
+
+    // True for "host:path" and "host/port:path", false for a file of the embedded engine.
+    static bool isRemote(const QString& connectString);
 
     void open(const QString& connectString, const Options& options);
     void open(const QString& connectString) { open(connectString, Options{}); }
@@ -42,6 +50,14 @@ public:
     void close();
     bool isOpen() const;
     const QString& connectString() const { return connectString_; }
+    const Options& options() const { return options_; }
+    // Attaches again with the same connect string and options after the connection was lost.
+    // The Database object and its Transaction objects stay (frames keep pointers to them); the
+    // old handles are dropped without asking the dead server, every transaction is inactive and
+    // statements prepared before are invalid (Statement::valid) and prepared again on next use.
+    void reconnect();
+    // Counts attachments made by this object: a statement belongs to one of them.
+    quint64 generation() const { return generation_; }
 
     // Runs a script of statements (see SqlScript) in its own transactions, committing after each
     // statement so that later statements see earlier metadata.
@@ -58,9 +74,13 @@ public:
 private:
     friend class Transaction;
     void attach(const QString& connectString, const Options& options, bool create);
+    void attachWith(const QByteArray& path, const QString& connectString, const Options& options, bool create,
+                    const QString& context);
 
     Firebird::IAttachment* attachment_ = nullptr;
     QString connectString_;
+    Options options_;
+    quint64 generation_ = 0;
     Transaction* defaultTransaction_ = nullptr;
     QList<Transaction*> transactions_; // every Transaction on this database, ended by close()
 };

@@ -7,8 +7,48 @@
 namespace frames::db {
 
 Error::Error(Kind kind, const QString& text, std::vector<long> gdsCodes, int sqlCode)
-    : std::runtime_error(text.toStdString()), kind_(kind), text_(text), codes_(std::move(gdsCodes)),
-      sqlCode_(sqlCode) {}
+    : std::runtime_error(text.toStdString()), kind_(kind), text_(text), message_(text),
+      codes_(std::move(gdsCodes)), sqlCode_(sqlCode) {}
+
+Error::Error(Kind kind, const QString& message, const QString& context, std::vector<long> gdsCodes,
+             int sqlCode)
+    : Error(kind, context.isEmpty() ? message : message + QLatin1Char('\n') + context, std::move(gdsCodes),
+            sqlCode) {
+    message_ = message;
+    context_ = context;
+}
+
+const QString& Error::lockConflictText() {
+    static const QString t = QStringLiteral(
+        "Запись редактируется другим пользователем. Ваши изменения не записаны, но остались на форме: "
+        "повторите сохранение позже.");
+    return t;
+}
+
+const QString& Error::connectionLostText() {
+    static const QString t = QStringLiteral("Соединение с сервером базы данных потеряно.");
+    return t;
+}
+
+const QString& Error::recordChangedText() {
+    static const QString t =
+        QStringLiteral("Запись изменена другим пользователем после того, как вы её открыли.");
+    return t;
+}
+
+QString Error::userText() const {
+    if (!userText_.isEmpty()) return userText_;
+    switch (kind_) {
+    case Kind::LockConflict:
+        return lockConflictText();
+    case Kind::ConnectionLost:
+        return connectionLostText();
+    case Kind::RecordChanged:
+        return recordChangedText();
+    default:
+        return message_;
+    }
+}
 
 bool Error::hasCode(long gds) const {
     return std::find(codes_.begin(), codes_.end(), gds) != codes_.end();
@@ -63,9 +103,8 @@ Error toError(const Firebird::IStatus* status, const QString& context) {
         i += (arg == isc_arg_cstring) ? 3 : 2;
     }
     int sqlCode = v ? int(isc_sqlcode(v)) : 0;
-    if (!context.isEmpty()) text += QStringLiteral("\n") + context;
     const Error::Kind kind = kindOf(codes);
-    return Error(kind, text, std::move(codes), sqlCode);
+    return Error(kind, text, context, std::move(codes), sqlCode);
 }
 
 void rethrow(const Firebird::FbException& e, const QString& context) {

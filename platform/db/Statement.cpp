@@ -136,6 +136,7 @@ Statement::Statement(Database* db, Transaction* tr, const QString& sql) : db_(db
     tr->ensureStarted();
     const QByteArray text = toConnectionText(scanned_.positionalSql, sql);
     att_ = db->handle();
+    generation_ = db->generation();
     fb::Status st;
     try {
         stmt_ = db->handle()->prepare(&st, tr->handle(), unsigned(text.size()), text.constData(), 3,
@@ -228,7 +229,7 @@ Statement::~Statement() {
 }
 
 bool Statement::valid() const {
-    return db_ && db_->handle() && db_->handle() == att_;
+    return db_ && db_->handle() && db_->handle() == att_ && db_->generation() == generation_;
 }
 
 bool Statement::hasCursor() const {
@@ -460,6 +461,10 @@ void Statement::closeCursor() {
     if (!rs_) return;
     IResultSet* rs = rs_;
     rs_ = nullptr;
+    if (!valid()) { // its attachment is gone: nothing to tell the server
+        rs->release();
+        return;
+    }
     try {
         fb::Status st;
         rs->close(&st);
@@ -619,7 +624,9 @@ QVariant Statement::decodeValue(const Column& c, const char* p, qsizetype textLe
         return load<FB_BOOLEAN>(p) != 0;
     case SQL_BLOB: {
         const ISC_QUAD id = load<ISC_QUAD>(p);
-        if (!valid())
+        // A blob belongs to the database, not to the attachment: rows read before a reconnect
+        // still read theirs.
+        if (!db_ || !db_->handle())
             throw Error::configuration(QStringLiteral("Database is closed; statement: %1").arg(sql_));
         tr->ensureStarted();
         QByteArray data;

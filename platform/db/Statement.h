@@ -100,6 +100,7 @@ private:
 
     QPointer<Database> db_;
     Firebird::IAttachment* att_ = nullptr; // the attachment the statement was prepared on
+    quint64 generation_ = 0;               // and its number (an address may be reused)
     QString sql_;
     ScannedSql scanned_;
     Firebird::IStatement* stmt_ = nullptr;

@@ -24,7 +24,7 @@ QString exceptionText(std::exception_ptr e) {
     try {
         std::rethrow_exception(e);
     } catch (const db::Error& err) {
-        return err.text();
+        return err.userText();
     } catch (const std::exception& err) {
         return QString::fromUtf8(err.what());
     } catch (...) {

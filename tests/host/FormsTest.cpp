@@ -441,6 +441,22 @@ TEST(WorkbenchExe, ListsFramesAndRefusesADatabaseItCannotOpen) {
     EXPECT_TRUE(r.out.isEmpty());
 }
 
+TEST(WorkbenchExe, RefusesAnUnknownUserWithCodeTwo) {
+    if (!QFile::exists(workbenchExe())) GTEST_SKIP() << "workbench not built";
+    QTemporaryDir home;
+    const QString db = home.filePath("copy.fdb");
+    ASSERT_TRUE(QFile::copy(demoDatabasePath(), db));
+    QFile::setPermissions(db, QFile::ReadOwner | QFile::WriteOwner);
+    for (const QString& user : {QStringLiteral("nobody"), QStringLiteral("..")}) {
+        const ProcessRun run = runWorkbench(
+            {"--database", db, "--user", user, "--screenshots", home.filePath("s")}, home.path());
+        EXPECT_EQ(run.code, 2) << run.err.toStdString();
+        EXPECT_TRUE(run.err.contains(user == "nobody" ? "не зарегистрирован" : "Недопустимое имя"))
+            << run.err.toStdString();
+        EXPECT_FALSE(QFile::exists(home.filePath("s/index.html")));
+    }
+}
+
 TEST(WorkbenchExe, WritesScreenshotsWithoutADisplay) {
     if (!QFile::exists(workbenchExe())) GTEST_SKIP() << "workbench not built";
     QTemporaryDir home;

@@ -1,8 +1,11 @@
 // The workbench's host services: profile files, configuration, run constants, rights, forms.
 #include "host/HostImpl.h"
 #include "frames/core/RunParams.h"
+#include "platform/db/Query.h"
 #include "tests/support/DbFixture.h"
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardItemModel>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -164,16 +167,53 @@ TEST_F(HostImplDb, RunConstantsRightsAndSession) {
         EXPECT_EQ(GLOBAL_PAR_SET_FOR, setFor) << user;
         EXPECT_EQ(GLOBAL_PAR_CLASSIF_TYPE, classifType) << user;
     }
-    {
-        HostImpl h(quietSettings(root.path(), "nobody"));
-        setHost(&h);
-        h.openDatabase(databasePath());
-        EXPECT_EQ(CUR_USER, -1);
-        EXPECT_EQ(CUR_FILIALINDEX, 101); // the system row's branch and shop
-        EXPECT_EQ(CUR_SHOPINDEX, 1);
-    }
     HostImpl h(quietSettings(root.path()));
     EXPECT_THROW(h.openDatabase(root.filePath("missing/none.fdb")), db::Error);
+}
+
+// The session attaches as its user (the embedded engine takes the name as given), so that the
+// database's own idea of the user (CURRENT_USER, CUR_USER) is his; names that are no login, or
+// that the USERS table does not know, are refused before anything is read or written.
+TEST_F(HostImplDb, TheSessionIsItsUserAndOddNamesAreRefused) {
+    {
+        HostImpl h(quietSettings(root.path(), "ElKiNa"));
+        setHost(&h);
+        h.openDatabase(databasePath());
+        db::Query q(h.RvDatabase(), h.pfReadTransaction());
+        q.setSql("select current_user, (select ID_USER from CUR_USER) from rdb$database");
+        q.open();
+        ASSERT_TRUE(q.next());
+        EXPECT_EQ(q.value(0).toString().trimmed(), "ELKINA");
+        EXPECT_EQ(q.value(1).toInt(), 3);
+        q.close();
+        EXPECT_EQ(CUR_USER, 3);
+        EXPECT_EQ(CUR_FILIALINDEX, 201);
+        EXPECT_TRUE(h.ProfilePath().endsWith("/ELKINA"));
+    }
+    const QStringList odd = {"nobody",  "..",
+                             "../x",    "a/b",
+                             "o'brien", "x\"y",
+                             "a b",     "",
+                             "x;drop",  QString(70, 'A'),
+                             "Иванов",  QString("iv") + QChar(0) + "anov",
+                             "-1",      "SYSDBA.."};
+    for (const QString& name : odd) {
+        if (name.isEmpty()) continue; // empty is the administrator, tested above
+        HostImpl h(quietSettings(root.path(), name));
+        try {
+            h.openDatabase(databasePath());
+            ADD_FAILURE() << "accepted user " << name.toStdString();
+        } catch (const db::Error& e) {
+            EXPECT_TRUE(e.userText().contains(name == "nobody" ? "не зарегистрирован" : "Недопустимое имя"))
+                << e.userText().toStdString();
+        }
+        EXPECT_FALSE(h.RvDatabase());
+        // Whatever the name, the profile folder is one plain folder inside the profiles folder.
+        const QFileInfo profile(h.ProfilePath());
+        EXPECT_EQ(QDir(profile.absolutePath()).canonicalPath(), QDir(root.path()).canonicalPath())
+            << h.ProfilePath().toStdString();
+        EXPECT_FALSE(profile.fileName().contains('.')) << h.ProfilePath().toStdString();
+    }
 }
 
 TEST_F(HostImplDb, ModuleRunnerKnowsTheReferenceForms) {
