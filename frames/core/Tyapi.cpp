@@ -6,6 +6,7 @@
 #include "platform/db/Transaction.h"
 #include <QDate>
 #include <QDateTime>
+#include <cmath>
 
 namespace frames {
 
@@ -15,19 +16,29 @@ QString StrParam(const QString& value) {
     return '\'' + s + '\'';
 }
 
+QString SqlKey(const QString& key) {
+    qint64 v = 0;
+    return db::parseInteger(key, v) ? QString::number(v) : StrParam(key);
+}
+
 QString IBBool(bool value) {
     return value ? QStringLiteral("'T'") : QStringLiteral("'F'");
 }
 
 QString SqlLiteral(const QVariant& v) {
     if (!v.isValid() || v.isNull()) return QStringLiteral("null");
+    if (v.typeId() == QMetaType::ULongLong || v.typeId() == QMetaType::ULong)
+        return QString::number(v.toULongLong());
     if (db::isIntegerValue(v)) return QString::number(v.toLongLong());
     switch (v.typeId()) {
     case QMetaType::Bool:
         return IBBool(v.toBool());
     case QMetaType::Double:
-    case QMetaType::Float:
-        return QString::number(v.toDouble(), 'g', 17);
+    case QMetaType::Float: {
+        // Infinity and NaN have no literal; their text would read as a name.
+        const double d = v.toDouble();
+        return std::isfinite(d) ? QString::number(d, 'g', 17) : QStringLiteral("null");
+    }
     case QMetaType::QDate:
         return StrParam(v.toDate().toString("yyyy-MM-dd"));
     case QMetaType::QDateTime:

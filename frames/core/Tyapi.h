@@ -34,6 +34,9 @@ void QvProcExec(const QString& procedure, const QVariantList& values);
 QString IBBool(bool value);
 // Quotes a string as an SQL literal: 'it''s'.
 QString StrParam(const QString& value);
+// A key as an SQL literal: a text that is exactly an integer (an optional '-' and digits, within
+// 64 bits) goes in as that number, anything else is quoted by StrParam.
+QString SqlKey(const QString& key);
 // An SQL literal for any value: null, number, quoted text, 'yyyy-mm-dd' date.
 QString SqlLiteral(const QVariant& value);
 
