@@ -49,7 +49,10 @@ ScannedSql ScannedSql::scan(const QString& sql) {
             copyTo(j < 0 ? n : j + 2);
             continue;
         }
-        const bool prevOk = i == 0 || (!identChar(sql[i - 1]) && sql[i - 1] != ':');
+        // ':' starts a parameter only where no name, "::" cast or parameter goes on; '?' is always
+        // a parameter marker, named by the name that follows it, if any.
+        const bool prevOk =
+            c == '?' || i == 0 || (!identChar(sql[i - 1]) && sql[i - 1] != ':' && sql[i - 1] != '?');
         if ((c == ':' || c == '?') && prevOk && i + 1 < n && identChar(sql[i + 1]) && sql[i + 1] != '$') {
             int j = i + 1;
             while (j < n && identChar(sql[j])) ++j;
