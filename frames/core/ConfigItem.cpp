@@ -1,4 +1,5 @@
 #include "frames/core/ConfigItem.h"
+#include "platform/db/Params.h"
 #include <QJsonDocument>
 #include <QJsonValue>
 #include <QLocale>
@@ -410,19 +411,17 @@ void writeString(QByteArray& out, const QString& s) {
 }
 
 void writeValue(QByteArray& out, const QVariant& v) {
+    if (v.typeId() == QMetaType::ULongLong || v.typeId() == QMetaType::ULong) {
+        out += QByteArray::number(v.toULongLong());
+        return;
+    }
+    if (db::isIntegerValue(v)) {
+        out += QByteArray::number(v.toLongLong());
+        return;
+    }
     switch (v.typeId()) {
     case QMetaType::Bool:
         out += v.toBool() ? "true" : "false";
-        return;
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Long:
-    case QMetaType::ULong:
-        out += QByteArray::number(v.toLongLong());
         return;
     case QMetaType::Double:
     case QMetaType::Float: {
