@@ -371,20 +371,44 @@ QString HostImpl::iniFile() const {
     return ProfilePath() + QStringLiteral("/workbench.ini");
 }
 
+namespace {
+
+// Why a configuration object cannot be used: a value that is no string, number or Boolean, or
+// one of another kind than the host's default for its key; empty when it can.
+QString configTypeError(const QJsonObject& config) {
+    for (auto it = config.begin(); it != config.end(); ++it) {
+        const QJsonValue v = it.value();
+        if (!v.isString() && !v.isDouble() && !v.isBool())
+            return QStringLiteral("\"%1\" is not a string, number or Boolean").arg(it.key());
+        const QVariant def = defaultConfigValue(it.key());
+        if (!def.isValid()) continue;
+        const bool same = def.typeId() == QMetaType::Bool      ? v.isBool()
+                          : def.typeId() == QMetaType::QString ? v.isString()
+                                                               : v.isDouble();
+        if (!same) return QStringLiteral("\"%1\" has a value of the wrong kind").arg(it.key());
+    }
+    return {};
+}
+
+} // namespace
+
 void HostImpl::loadConfig() {
     config_ = {};
-    QFile f(configFile());
-    if (!f.exists()) return;
-    if (!f.open(QIODevice::ReadOnly)) {
-        TraceText(QStringLiteral("config.json cannot be read: defaults are used"), 1);
-        return;
-    }
+    QByteArray text;
+    if (!readProfileFile(configFile(), text)) return;
     QJsonParseError err{};
-    const QJsonDocument doc = QJsonDocument::fromJson(f.readAll(), &err);
-    if (!doc.isObject()) {
-        TraceText(
-            QStringLiteral("config.json is not a JSON object (%1): defaults are used").arg(err.errorString()),
-            1);
+    const QJsonDocument doc = QJsonDocument::fromJson(text, &err);
+    QString why;
+    if (doc.isNull())
+        why = QStringLiteral("not valid JSON at offset %1: %2").arg(err.offset).arg(err.errorString());
+    else if (!doc.isObject())
+        why = QStringLiteral("the top level is not an object");
+    else
+        why = configTypeError(doc.object());
+    if (!why.isEmpty()) {
+        setAside(configFile(), why,
+                 QStringLiteral("Не удалось прочитать файл настроек %1: он повреждён. Файл сохранён как %2, "
+                                "действуют настройки по умолчанию."));
         return;
     }
     config_ = doc.object();
@@ -427,33 +451,74 @@ QString HostImpl::IniString(const QString& section, const QString& key, const QS
 
 bool HostImpl::loadLayout() {
     layout_.ClearItems();
-    QFile f(layoutFile());
-    if (!f.exists()) return false;
-    if (!f.open(QIODevice::ReadOnly)) {
-        TraceText(QStringLiteral("layout.json cannot be read: default layout is used"), 1);
-        return false;
-    }
-    QJsonParseError err{};
-    const QJsonDocument doc = QJsonDocument::fromJson(f.readAll(), &err);
-    if (!doc.isObject()) {
-        TraceText(QStringLiteral("layout.json is not valid JSON (%1): default layout is used")
-                      .arg(doc.isNull() ? err.errorString() : QStringLiteral("not an object")),
-                  1);
-        return false;
-    }
-    layout_.fromJson(doc.object());
-    return true;
+    QByteArray text;
+    if (!readProfileFile(layoutFile(), text)) return false;
+    QString why;
+    if (layout_.readJsonText(text, &why)) return true;
+    setAside(
+        layoutFile(), why,
+        QStringLiteral("Не удалось прочитать файл раскладки окон %1: он повреждён. Файл сохранён как %2, "
+                       "окна открываются с раскладкой по умолчанию."));
+    return false;
 }
 
 void HostImpl::saveLayout() {
+    if (layoutKept_) {
+        TraceText(QStringLiteral("layout.json is not written: the unreadable file is kept"), 1);
+        return;
+    }
     QDir().mkpath(ProfilePath());
     QSaveFile f(layoutFile());
     if (!f.open(QIODevice::WriteOnly)) {
         TraceText(QStringLiteral("layout.json cannot be written: %1").arg(f.errorString()), 1);
         return;
     }
-    f.write(QJsonDocument(layout_.toJson()).toJson(QJsonDocument::Indented));
+    f.write(layout_.toJsonText());
     if (!f.commit()) TraceText(QStringLiteral("layout.json cannot be written: %1").arg(f.errorString()), 1);
+}
+
+// ---- unreadable profile files
+
+bool HostImpl::readProfileFile(const QString& path, QByteArray& text) {
+    QFile f(path);
+    if (!f.exists()) return false;
+    if (f.size() > kMaxProfileFileSize) {
+        setAside(path, QStringLiteral("%1 bytes, more than a profile file can be").arg(f.size()),
+                 QStringLiteral("Файл %1 слишком велик и не прочитан. Файл сохранён как %2, "
+                                "действуют настройки по умолчанию."));
+        return false;
+    }
+    if (!f.open(QIODevice::ReadOnly)) {
+        // Nothing is known about its content: keep it where it is and do not write over it.
+        if (path == layoutFile()) layoutKept_ = true;
+        TraceText(QStringLiteral("%1 cannot be read: %2").arg(path, f.errorString()), 1);
+        WarningBox(QStringLiteral("Не удалось открыть файл %1 (%2). Действуют настройки по умолчанию, файл "
+                                  "оставлен как есть.")
+                       .arg(QDir::toNativeSeparators(path), f.errorString()));
+        return false;
+    }
+    text = f.readAll();
+    return true;
+}
+
+QString HostImpl::setAside(const QString& path, const QString& reason, const QString& message) {
+    const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
+    QString aside = path + QStringLiteral(".broken-") + stamp;
+    for (int n = 2; QFile::exists(aside); ++n)
+        aside = path + QStringLiteral(".broken-%1-%2").arg(stamp).arg(n);
+    TraceText(QStringLiteral("%1 is unreadable (%2)").arg(path, reason), 1);
+    if (!QFile::rename(path, aside)) {
+        // It cannot be moved: it stays, and the layout is not written over it.
+        if (path == layoutFile()) layoutKept_ = true;
+        TraceText(QStringLiteral("%1 cannot be moved aside; it is left as it is").arg(path), 1);
+        WarningBox(QStringLiteral("Не удалось прочитать файл %1: он повреждён. Файл оставлен как есть, "
+                                  "действуют настройки по умолчанию.")
+                       .arg(QDir::toNativeSeparators(path)));
+        return {};
+    }
+    TraceText(QStringLiteral("%1 moved aside to %2").arg(path, aside), 1);
+    WarningBox(message.arg(QDir::toNativeSeparators(path), QDir::toNativeSeparators(aside)));
+    return aside;
 }
 
 // ---- trace

@@ -77,8 +77,9 @@ public:
 
     // ---- layout tree, persisted as layout.json in the profile folder
     frames::TConfigItem* LayoutRoot() { return &layout_; }
-    // Reads layout.json; a missing file gives an empty tree, an unreadable one too (with a
-    // trace line). Returns true when the file was read.
+    // Reads layout.json; a missing file gives an empty tree. An unreadable one (not JSON, not a
+    // layout tree, too deep, too large) is moved aside as layout.json.broken-<time>, the user is
+    // told, and the tree starts empty. Returns true when the file was read.
     bool loadLayout();
     void saveLayout();
     QString layoutFile() const;
@@ -139,6 +140,8 @@ public:
 private:
     void message(const QString& kind, const QString& text);
     void readRunConstants();
+    // Reads config.json; an unreadable one (not JSON, not an object, a value of the wrong kind)
+    // is moved aside like layout.json and the defaults are used.
     void loadConfig();
     QVariant configValue(const QString& key) const;
 
@@ -154,6 +157,17 @@ private:
     bool lost_ = false;
     int userId_ = -1;
     QString lastSearch_;
+
+    // ---- unreadable profile files
+    // The content of a profile file; false when it is missing, too large (moved aside) or cannot
+    // be opened (left where it is).
+    bool readProfileFile(const QString& path, QByteArray& text);
+    // Renames an unreadable profile file to <path>.broken-<time>, writes the reason to the trace
+    // log and tells the user with message (%1 the file, %2 the new name). Returns the new name,
+    // empty when the file could not be moved (it is then left alone).
+    QString setAside(const QString& path, const QString& reason, const QString& message);
+    static constexpr qint64 kMaxProfileFileSize = 256 * 1024 * 1024;
+    bool layoutKept_ = false; // an unreadable layout.json stayed in place: never written over
 };
 
 } // namespace workbench

@@ -96,11 +96,7 @@ void TSetFilter_EF::AddText(const QString&) {}
 QString TSetFilter_EF::SQL(const QString& fieldName) {
     if (!cbSet->isChecked()) return {};
     QStringList literals;
-    for (const QString& item : knownItems()) {
-        bool isInt = false;
-        item.toLongLong(&isInt);
-        literals << (isInt ? item : StrParam(item));
-    }
+    for (const QString& item : knownItems()) literals << SqlKey(item);
     if (literals.isEmpty()) return {};
     return fieldName + " in (" + literals.join(',') + ")";
 }

@@ -18,6 +18,11 @@ QString StrParam(const QString& value) {
     return '\'' + s + '\'';
 }
 
+QString SqlKey(const QString& key) {
+    qint64 v = 0;
+    return db::parseInteger(key, v) ? QString::number(v) : StrParam(key);
+}
+
 QString IBBool(bool value) {
     return value ? QStringLiteral("'T'") : QStringLiteral("'F'");
 }
@@ -40,6 +45,8 @@ QString SqlNumber(double value) {
 
 QString SqlLiteral(const QVariant& v) {
     if (!v.isValid() || v.isNull()) return QStringLiteral("null");
+    if (v.typeId() == QMetaType::ULongLong || v.typeId() == QMetaType::ULong)
+        return QString::number(v.toULongLong());
     if (db::isIntegerValue(v)) return QString::number(v.toLongLong());
     switch (v.typeId()) {
     case QMetaType::Bool:

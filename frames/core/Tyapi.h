@@ -39,6 +39,9 @@ QString StrParam(const QString& value);
 // ("1e-18"), which the server reads as a double. (A longer exact literal is refused, or makes the
 // server scale a column's values up to its decimals until they overflow.)
 QString SqlNumber(double value);
+// A key as an SQL literal: a text that is exactly an integer (an optional '-' and digits, within
+// 64 bits) goes in as that number, anything else is quoted by StrParam.
+QString SqlKey(const QString& key);
 // An SQL literal for any value: null, number, quoted text, 'yyyy-mm-dd' date.
 QString SqlLiteral(const QVariant& value);
 

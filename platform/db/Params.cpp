@@ -1,5 +1,6 @@
 #include "platform/db/Params.h"
 #include "platform/db/Error.h"
+#include <limits>
 
 namespace frames::db {
 
@@ -48,7 +49,10 @@ ScannedSql ScannedSql::scan(const QString& sql) {
             copyTo(j < 0 ? n : j + 2);
             continue;
         }
-        const bool prevOk = i == 0 || (!identChar(sql[i - 1]) && sql[i - 1] != ':');
+        // ':' starts a parameter only where no name, "::" cast or parameter goes on; '?' is always
+        // a parameter marker, named by the name that follows it, if any.
+        const bool prevOk =
+            c == '?' || i == 0 || (!identChar(sql[i - 1]) && sql[i - 1] != ':' && sql[i - 1] != '?');
         if ((c == ':' || c == '?') && prevOk && i + 1 < n && identChar(sql[i + 1]) && sql[i + 1] != '$') {
             int j = i + 1;
             while (j < n && identChar(sql[j])) ++j;
@@ -107,6 +111,28 @@ Param* Params::byName(const QString& name, const QString& sqlForMessage) const {
     if (Param* p = find(name)) return p;
     throw Error::configuration(
         QStringLiteral("Parameter \"%1\" not found in statement: %2").arg(name, sqlForMessage.simplified()));
+}
+
+bool parseInteger(QStringView text, qint64& value) {
+    qsizetype i = 0;
+    const bool negative = !text.isEmpty() && text[0] == u'-';
+    if (negative) ++i;
+    if (i == text.size()) return false;
+    // Accumulated as a negative number, whose range includes the most negative one.
+    qint64 v = 0;
+    for (; i < text.size(); ++i) {
+        const char16_t c = text[i].unicode();
+        if (c < u'0' || c > u'9') return false;
+        const int digit = c - u'0';
+        if (v < (std::numeric_limits<qint64>::min() + digit) / 10) return false;
+        v = v * 10 - digit;
+    }
+    if (!negative) {
+        if (v == std::numeric_limits<qint64>::min()) return false;
+        v = -v;
+    }
+    value = v;
+    return true;
 }
 
 bool isIntegerValue(const QVariant& v) {

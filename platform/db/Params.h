@@ -9,6 +9,9 @@ namespace frames::db {
 
 // True for a QVariant holding any integer type.
 bool isIntegerValue(const QVariant& v);
+// Reads a text that is exactly an integer: an optional '-' and ASCII digits, nothing before,
+// after or between them (no spaces, no '+', no NUL), within 64 bits. False for anything else.
+bool parseInteger(QStringView text, qint64& value);
 
 // A named statement parameter. Its value is a QVariant; an invalid QVariant is SQL null.
 class Param {

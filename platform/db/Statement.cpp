@@ -4,6 +4,7 @@
 #include "platform/db/FbCommon.h"
 #include "platform/db/Transaction.h"
 #include <atomic>
+#include <climits>
 #include <cmath>
 #include <cstring>
 
@@ -705,10 +706,10 @@ QVariant convertForField(FieldType type, int scale, const QVariant& v, const QSt
     case FieldType::BigInt: {
         if (isText) {
             if (s.isEmpty()) return {};
-            bool ok = false;
-            const qlonglong x = s.toLongLong(&ok);
-            if (!ok) throw fail();
-            return type == FieldType::BigInt ? QVariant(x) : QVariant(int(x));
+            qint64 x = 0;
+            if (!parseInteger(s, x)) throw fail(); // "1\0 or 1=1" is no number
+            if (type != FieldType::BigInt && (x < INT_MIN || x > INT_MAX)) throw fail();
+            return type == FieldType::BigInt ? QVariant(qlonglong(x)) : QVariant(int(x));
         }
         if (v.typeId() == QMetaType::Bool)
             return type == FieldType::BigInt ? QVariant(qlonglong(v.toBool())) : QVariant(int(v.toBool()));

@@ -102,6 +102,19 @@ TEST(Contract, LayoutTreeSurvivesJsonAndReadsOnlyWhatExists) {
     EXPECT_EQ(b->ItemByName("lcSelect.KeyValue")->GetAsString(), QString("Кириллица"));
     EXPECT_FALSE(b->IsExists("ToDate"));
     EXPECT_FALSE(b->ItemByName("ToDate")->HasValue()); // created on demand, empty
+
+    // Children keep the order they were made in; a removed one is gone from the lookup too.
+    root.ItemByName("Alpha");
+    root.ItemByName("ёлка");
+    EXPECT_EQ(root.Find("ЁЛКА"), root.Item(2));
+    root.Remove("frame1");
+    EXPECT_FALSE(root.IsExists("Frame1"));
+    EXPECT_EQ(root.Count(), 2);
+    EXPECT_EQ(root.Item(0)->Name(), "Alpha");
+    TConfigItem* again = root.ItemByName("FRAME1");
+    EXPECT_EQ(again, root.Item(2));
+    EXPECT_EQ(QString::fromUtf8(root.toJsonText(false)),
+              QString::fromUtf8(R"({"items":{"Alpha":{},"ёлка":{},"FRAME1":{}}})"));
 }
 
 TEST(Contract, GuardSwallowsTheSilentAbortAndReportsEverythingElse) {

@@ -1,4 +1,5 @@
 #include "frames/core/SetFilter_EF.h"
+#include "tests/support/DbFixture.h"
 #include "tests/support/TestHost.h"
 #include <QLineEdit>
 #include <QTest>
@@ -87,4 +88,55 @@ TEST(SetFilter, LayoutKeepsTheSwitchAndAnAbsentItemLeavesItAlone) {
     EXPECT_FALSE(copy.ItemByName("cbSet.Checked")->GetAsBoolean());
     g.RestoreLayout(nullptr);
     g.SaveLayout(nullptr);
+}
+
+namespace {
+class SetFilterDb : public test::DbTest {};
+} // namespace
+
+// Only a key that is exactly an integer goes into the condition unquoted, written as that number;
+// anything else is quoted, so that the database reads it as text. The NUL key "1\0 or 1=1" used
+// to pass as the integer 1 followed by SQL.
+TEST_F(SetFilterDb, OnlyRealIntegersGoIntoTheConditionUnquoted) {
+    TListProbe_EF f;
+    f.cbSet->setChecked(true);
+    const QString nulKey = QString("1") + QChar(0) + " or 1=1";
+    const std::vector<std::pair<QString, QString>> cases = {
+        {"12", "12"},
+        {"-7", "-7"},
+        {"007", "7"},
+        {"-0", "0"},
+        {"9223372036854775807", "9223372036854775807"},
+        {"-9223372036854775808", "-9223372036854775808"},
+        {nulKey, "'" + nulKey + "'"},
+        {"9223372036854775808", "'9223372036854775808'"}, // beyond 64 bits
+        {"+5", "'+5'"},
+        {"1 2", "'1 2'"},
+        {"0x10", "'0x10'"},
+        {"1e3", "'1e3'"},
+        {"5.0", "'5.0'"},
+        {QString::fromUtf8("١٢"), QString::fromUtf8("'١٢'")}, // digits, but not ASCII ones
+        {"1)or(1=1", "'1)or(1=1'"},
+        {"1 or 1=1", "'1 or 1=1'"},
+        {"1' or '1'='1", "'1'' or ''1''=''1'"},
+        {"--1", "'--1'"},
+        {"-", "'-'"},
+    };
+    for (const auto& [key, literal] : cases) {
+        f.items = {key};
+        EXPECT_EQ(f.SQL("ID"), "ID in (" + literal + ")") << key.toUtf8().toHex().toStdString();
+    }
+
+    // On the database: the hostile keys select nothing; the real key next to them still counts.
+    const QString count = "select count(*) from ALGORITM where ";
+    f.items = {"1"};
+    const int one = scalar(count + f.SQL("cast(ID as varchar(30))")).toInt();
+    EXPECT_EQ(one, 1);
+    EXPECT_GT(scalar("select count(*) from ALGORITM").toInt(), 2);
+    for (const QString& key : {nulKey, QString("1 or 1=1"), QString("1' or '1'='1")}) {
+        f.items = {key};
+        EXPECT_EQ(scalar(count + f.SQL("cast(ID as varchar(30))")).toInt(), 0) << key.toStdString();
+        f.items = {"1", key};
+        EXPECT_EQ(scalar(count + f.SQL("cast(ID as varchar(30))")).toInt(), 1) << key.toStdString();
+    }
 }

@@ -260,6 +260,12 @@ TEST_F(DataSets, FieldConversionsAndDisplayText) {
     EXPECT_EQ(e.kind(), Error::Kind::Configuration);
     EXPECT_TRUE(e.text().contains("12x") && e.text().contains("QTY")) << e.text().toStdString();
     EXPECT_THROW(ds->fieldByName("price")->setAsString("abc"), Error);
+    // Only a whole integer text is an integer: not one followed by a NUL and SQL, not one beyond
+    // the column's 32 bits (which used to wrap round).
+    EXPECT_THROW(qty->setAsString(QString("1") + QChar(0) + " or 1=1"), Error);
+    EXPECT_THROW(qty->setAsString("4294967297"), Error);
+    qty->setAsString("-2147483648");
+    EXPECT_EQ(qty->asInteger(), -2147483648LL);
     ds->fieldByName("price")->setAsString("1,25");
     EXPECT_DOUBLE_EQ(ds->fieldByName("price")->asDouble(), 1.25);
     ds->cancel();

@@ -31,13 +31,18 @@ QString readAll(const QString& path) {
     return QString::fromUtf8(f.readAll());
 }
 
+QByteArray readBytes(const QString& path) {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<missing>");
+}
+
 void writeFile(const QString& path, const QByteArray& data) {
     QFile f(path);
     ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
     f.write(data);
 }
 
-TEST(HostImplProfile, LayoutSurvivesARestartAndBadFilesFallBack) {
+TEST(HostImplProfile, LayoutSurvivesARestart) {
     QTemporaryDir root;
     ASSERT_TRUE(root.isValid());
     {
@@ -59,16 +64,6 @@ TEST(HostImplProfile, LayoutSurvivesARestartAndBadFilesFallBack) {
         EXPECT_EQ(node->ItemByName("lcSelect.KeyValue")->GetAsInteger(), 6);
         EXPECT_EQ(node->ItemByName("Caption")->GetAsString(), "Алгоритм «ящичный»");
         EXPECT_TRUE(h.LayoutRoot()->ItemByName("Flag")->GetAsBoolean());
-
-        // A damaged file: ignored, the tree starts empty, and the trace says why.
-        writeFile(h.layoutFile(), "{\"items\": {\"Browser\": ");
-        EXPECT_FALSE(h.loadLayout());
-        EXPECT_EQ(h.LayoutRoot()->Count(), 0);
-        EXPECT_TRUE(readAll(h.traceFile()).contains("layout.json is not valid JSON"));
-        // JSON that is not an object is no layout either.
-        writeFile(h.layoutFile(), "[1, 2]");
-        EXPECT_FALSE(h.loadLayout());
-        EXPECT_EQ(h.LayoutRoot()->Count(), 0);
     }
     // Profiles are per user.
     HostImpl other(quietSettings(root.path(), "ivanov"));
@@ -93,11 +88,115 @@ TEST(HostImplProfile, ConfigurationDefaultsOverridesAndIni) {
     EXPECT_EQ(again.PrecisionQuantityFormat(), ",0.000");
     EXPECT_EQ(again.IniString("Common", "MCRecursive", "0"), "1");
     EXPECT_EQ(again.IniString("Common", "MCToolBar", "dflt"), "dflt");
+}
 
-    writeFile(h.configFile(), "garbage");
-    HostImpl broken(quietSettings(root.path()));
-    EXPECT_EQ(broken.GetIntValue("WorkPeriodLenght"), 31);
-    EXPECT_TRUE(readAll(broken.traceFile()).contains("config.json"));
+// The files in the profile folder that were moved aside as <name>.broken-<time>.
+QStringList brokenFiles(const QString& profile, const QString& name) {
+    return QDir(profile).entryList({name + ".broken-*"}, QDir::Files, QDir::Name);
+}
+
+// Every kind of unreadable layout.json is moved aside unchanged, the user is told once in
+// Russian, the session starts with an empty layout, and saving writes a fresh file beside the
+// kept one.
+TEST(HostImplProfile, UnreadableLayoutIsMovedAsideAndTheUserIsTold) {
+    QByteArray deep;
+    for (int i = 0; i < TConfigItem::MaxDepth + 5; ++i) deep += "{\"items\": {\"n\": ";
+    deep += "{}";
+    for (int i = 0; i < TConfigItem::MaxDepth + 5; ++i) deep += "}}";
+    const std::vector<std::pair<const char*, QByteArray>> cases = {
+        {"truncated", "{\"items\": {\"Browser\": {\"items\": {\"x\": {\"value\": 1"},
+        {"garbage", QByteArray("\x00\xff\xfe garbage \x01", 13)},
+        {"empty file", ""},
+        {"not an object", "[1, 2]"},
+        {"too deep", deep},
+        {"deeper than JSON allows", QByteArray(5000, '[') + QByteArray(5000, ']')},
+        {"items not an object", "{\"items\": [1, 2]}"},
+        {"item not an object", "{\"items\": {\"Browser\": 5}}"},
+        {"value an object", "{\"items\": {\"Browser\": {\"value\": {\"a\": 1}}}}"},
+    };
+    for (const auto& [what, content] : cases) {
+        SCOPED_TRACE(what);
+        QTemporaryDir root;
+        HostImpl h(quietSettings(root.path()));
+        writeFile(h.layoutFile(), content);
+        h.LayoutRoot()->ItemByName("Stale")->SetAsInteger(1);
+        EXPECT_FALSE(h.loadLayout());
+        EXPECT_EQ(h.LayoutRoot()->Count(), 0);
+        EXPECT_FALSE(QFile::exists(h.layoutFile()));
+        const QStringList kept = brokenFiles(h.ProfilePath(), "layout.json");
+        ASSERT_EQ(kept.size(), 1);
+        EXPECT_EQ(readBytes(h.ProfilePath() + "/" + kept[0]), content);
+        ASSERT_EQ(h.loggedMessages().size(), 1);
+        EXPECT_TRUE(h.loggedMessages()[0].startsWith("warning: Не удалось прочитать файл раскладки окон"));
+        EXPECT_TRUE(h.loggedMessages()[0].contains(kept[0]));
+        EXPECT_TRUE(readAll(h.traceFile()).contains("layout.json is unreadable"));
+
+        // The session goes on with a fresh layout; the kept file stays as it was.
+        h.LayoutRoot()->ItemByName("New")->SetAsInteger(2);
+        h.saveLayout();
+        HostImpl again(quietSettings(root.path()));
+        ASSERT_TRUE(again.loadLayout());
+        EXPECT_EQ(again.LayoutRoot()->ItemByName("New")->GetAsInteger(), 2);
+        EXPECT_TRUE(again.loggedMessages().isEmpty()); // told once, not at every start
+        EXPECT_EQ(brokenFiles(h.ProfilePath(), "layout.json"), kept);
+    }
+}
+
+TEST(HostImplProfile, UnreadableConfigurationIsMovedAsideAndDefaultsApply) {
+    const std::vector<std::pair<const char*, QByteArray>> cases = {
+        {"garbage", "garbage"},
+        {"truncated", "{\"WorkPeriodLenght\": 4"},
+        {"not an object", "\"text\""},
+        {"number as text", "{\"WorkPeriodLenght\": \"45\"}"},
+        {"switch as number", "{\"FindEcho\": 1}"},
+        {"nested value", "{\"PrecisionCurFormat\": {\"a\": 1}}"},
+        {"array value", "{\"SomeKey\": [1]}"},
+    };
+    for (const auto& [what, content] : cases) {
+        SCOPED_TRACE(what);
+        QTemporaryDir root;
+        const QString profile = HostImpl(quietSettings(root.path())).ProfilePath();
+        writeFile(profile + "/config.json", content);
+        HostImpl h(quietSettings(root.path()));
+        EXPECT_EQ(h.GetIntValue("WorkPeriodLenght"), 31);
+        EXPECT_TRUE(h.GetBoolValue("FindEcho"));
+        EXPECT_EQ(h.PrecisionCurFormat(), ",0.00");
+        const QStringList kept = brokenFiles(profile, "config.json");
+        ASSERT_EQ(kept.size(), 1);
+        EXPECT_EQ(readBytes(profile + "/" + kept[0]), content);
+        EXPECT_FALSE(QFile::exists(h.configFile()));
+        ASSERT_EQ(h.loggedMessages().size(), 1);
+        EXPECT_TRUE(h.loggedMessages()[0].startsWith("warning: Не удалось прочитать файл настроек"));
+        EXPECT_TRUE(readAll(h.traceFile()).contains("config.json is unreadable"));
+    }
+    // Two broken files in the same second keep both.
+    QTemporaryDir root;
+    const QString profile = HostImpl(quietSettings(root.path())).ProfilePath();
+    writeFile(profile + "/config.json", "first");
+    HostImpl first(quietSettings(root.path()));
+    writeFile(profile + "/config.json", "second");
+    HostImpl second(quietSettings(root.path()));
+    EXPECT_EQ(brokenFiles(profile, "config.json").size(), 2);
+}
+
+// A layout of 200,000 items is written and read back whole (the time it takes is measured by
+// the layout benchmark, not here).
+TEST(HostImplProfile, HugeLayoutLoads) {
+    QTemporaryDir root;
+    HostImpl h(quietSettings(root.path()));
+    for (int form = 0; form < 200; ++form) {
+        TConfigItem* node = h.LayoutRoot()->ItemByName(QString("Form%1").arg(form));
+        for (int i = 0; i < 999; ++i)
+            node->ItemByName(QString("Item%1").arg(i))->SetAsInteger(form * 1000 + i);
+    }
+    h.saveLayout();
+    HostImpl again(quietSettings(root.path()));
+    ASSERT_TRUE(again.loadLayout());
+    ASSERT_EQ(again.LayoutRoot()->Count(), 200);
+    EXPECT_EQ(again.LayoutRoot()->Item(199)->Count(), 999);
+    EXPECT_EQ(again.LayoutRoot()->Find("form150")->Find("ITEM998")->GetAsInteger(), 150998);
+    EXPECT_EQ(again.LayoutRoot()->Item(0)->Item(0)->Name(), "Item0"); // order kept
+    EXPECT_EQ(again.LayoutRoot()->Item(0)->Item(998)->Name(), "Item998");
 }
 
 TEST(HostImplTools, FindRowAndAddresses) {
