@@ -20,11 +20,11 @@ public:
     DataSetState state() const { return ds_ ? ds_->state() : DataSetState::Inactive; }
 
 signals:
-    void dataSetReplaced();          // setDataSet was called
+    void dataSetReplaced(); // setDataSet was called
     void stateChanged();
-    void recordChanged();            // current row moved or its values changed
-    void fieldChanged(int column);   // a field of the edit buffer changed
-    void dataSetChanged();           // rows reloaded/reordered
+    void recordChanged();          // current row moved or its values changed
+    void fieldChanged(int column); // a field of the edit buffer changed
+    void dataSetChanged();         // rows reloaded/reordered
 
 private:
     QPointer<AbstractDataSet> ds_;

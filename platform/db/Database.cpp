@@ -1,8 +1,10 @@
 #include "platform/db/Database.h"
+#include "platform/db/AnswerWatch.h"
 #include "platform/db/Charset.h"
 #include "platform/db/FbCommon.h"
 #include "platform/db/Transaction.h"
 #include <QRegularExpression>
+#include <algorithm>
 
 namespace frames::db {
 
@@ -48,11 +50,19 @@ void Database::attach(const QString& connectString, const Options& options, bool
     if (attachment_) close();
     const QByteArray path = connectString.toUtf8();
     const QString context = QStringLiteral("Database: %1").arg(connectString);
+    const bool remote = isRemote(connectString);
+    const std::vector<int> before = remote ? openSockets() : std::vector<int>();
     try {
         attachWith(path, connectString, options, create, context);
     } catch (const Error& e) {
         throw attachError(e, connectString, options);
     }
+    // The sockets the attachment opened are its connection: the answer watch shuts them down
+    // when the server stops answering.
+    sockets_.clear();
+    if (remote)
+        for (int fd : openSockets())
+            if (std::find(before.begin(), before.end(), fd) == before.end()) sockets_.push_back(fd);
     connectString_ = connectString;
     options_ = options;
     ++generation_;
@@ -150,11 +160,13 @@ void Database::close() {
     IAttachment* a = attachment_;
     attachment_ = nullptr;
     try {
+        const ServerWait wait(this);
         fb::Status st;
         a->detach(&st);
     } catch (const FbException&) {
         a->release();
     }
+    sockets_.clear(); // their numbers may soon be other sockets'
 }
 
 bool Database::isOpen() const {
@@ -169,6 +181,7 @@ void Database::executeImmediate(const QString& sql) {
     const QByteArray text = toConnectionText(sql, sql);
     fb::call(
         [&](fb::Status* st) {
+            const ServerWait wait(this);
             attachment_->execute(st, tr.handle(), unsigned(text.size()), text.constData(), 3, nullptr,
                                  nullptr, nullptr, nullptr);
         },

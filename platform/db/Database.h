@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QString>
 #include <memory>
+#include <vector>
 
 namespace Firebird {
 class IAttachment;
@@ -36,6 +37,9 @@ public:
         // Seconds of silence after which the server probes the connection (dead clients are
         // dropped and their locks freed); 0: the server's setting.
         int dummyPacketInterval = 30;
+        // Seconds a call on an open server connection may wait for the server's answer before
+        // the connection is given up as lost; 0: no limit. (Long reports answer as they fetch.)
+        int answerTimeout = 30;
     };
 
     // True for "host:path" and "host/port:path", false for a file of the embedded engine.
@@ -70,6 +74,8 @@ public:
     void setDefaultTransaction(Transaction* t) { defaultTransaction_ = t; }
 
     Firebird::IAttachment* handle() const { return attachment_; }
+    // The sockets of the server connection (empty for the embedded engine).
+    const std::vector<int>& serverSockets() const { return sockets_; }
 
 private:
     friend class Transaction;
@@ -81,6 +87,7 @@ private:
     QString connectString_;
     Options options_;
     quint64 generation_ = 0;
+    std::vector<int> sockets_;
     Transaction* defaultTransaction_ = nullptr;
     QList<Transaction*> transactions_; // every Transaction on this database, ended by close()
 };

@@ -12,8 +12,21 @@ namespace frames::db {
 class AbstractDataSet;
 
 enum class FieldType {
-    SmallInt, Integer, BigInt, Numeric, // Numeric: scaled integer, see Field::scale()
-    Float, Double, Char, VarChar, Date, Time, Timestamp, Boolean, TextBlob, BinaryBlob, Binary
+    SmallInt,
+    Integer,
+    BigInt,
+    Numeric, // Numeric: scaled integer, see Field::scale()
+    Float,
+    Double,
+    Char,
+    VarChar,
+    Date,
+    Time,
+    Timestamp,
+    Boolean,
+    TextBlob,
+    BinaryBlob,
+    Binary
 };
 
 // A column of a dataset. Values are read from the dataset's current row (or its edit buffer while

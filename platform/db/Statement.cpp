@@ -1,4 +1,5 @@
 #include "platform/db/Statement.h"
+#include "platform/db/AnswerWatch.h"
 #include "platform/db/Charset.h"
 #include "platform/db/Database.h"
 #include "platform/db/FbCommon.h"
@@ -140,6 +141,7 @@ Statement::Statement(Database* db, Transaction* tr, const QString& sql) : db_(db
     generation_ = db->generation();
     fb::Status st;
     try {
+        const ServerWait wait(db);
         stmt_ = db->handle()->prepare(&st, tr->handle(), unsigned(text.size()), text.constData(), 3,
                                       IStatement::PREPARE_PREFETCH_METADATA);
         ++g_prepares;
@@ -437,6 +439,7 @@ void Statement::openCursor(Transaction* tr) {
     tr->ensureStarted();
     fb::Status st;
     try {
+        const ServerWait wait(db_);
         rs_ =
             stmt_->openCursor(&st, tr->handle(), in_, inBuf_.empty() ? nullptr : inBuf_.data(), outMeta_, 0);
     } catch (const FbException& e) {
@@ -448,6 +451,7 @@ bool Statement::fetch(char* row) {
     if (!rs_) return false;
     if (!fetchStatus_) fetchStatus_ = std::make_unique<fb::Status>();
     try {
+        const ServerWait wait(db_);
         if (rs_->fetchNext(fetchStatus_.get(), row) == IStatus::RESULT_OK) return true;
     } catch (const FbException& e) {
         Error err = fb::toError(e.getStatus(), context());
@@ -480,6 +484,7 @@ void Statement::execute(Transaction* tr) {
     fb::Status st;
     try {
         std::fill(out_.begin(), out_.end(), 0);
+        const ServerWait wait(db_);
         stmt_->execute(&st, tr->handle(), in_, inBuf_.empty() ? nullptr : inBuf_.data(), outMeta_,
                        out_.data());
     } catch (const FbException& e) {

@@ -1,4 +1,5 @@
 #include "platform/db/Transaction.h"
+#include "platform/db/AnswerWatch.h"
 #include "platform/db/Database.h"
 #include "platform/db/FbCommon.h"
 
@@ -53,6 +54,7 @@ void Transaction::start() {
                    {isc_tpb_lock_timeout, 4, (unsigned char)(t & 0xff), (unsigned char)((t >> 8) & 0xff),
                     (unsigned char)((t >> 16) & 0xff), (unsigned char)((t >> 24) & 0xff)});
     }
+    const ServerWait wait(db_);
     handle_ = fb::call([&](fb::Status* st) {
         return db_->handle()->startTransaction(st, unsigned(tpb.size()), tpb.data());
     });
@@ -61,6 +63,7 @@ void Transaction::start() {
 void Transaction::commit() {
     if (!handle_) return;
     emit ending();
+    const ServerWait wait(db_);
     fb::call([&](fb::Status* st) { handle_->commit(st); });
     handle_ = nullptr; // commit released the interface
 }
@@ -71,6 +74,7 @@ void Transaction::rollback() {
     ITransaction* h = handle_;
     handle_ = nullptr;
     try {
+        const ServerWait wait(db_);
         fb::Status st;
         h->rollback(&st);
     } catch (const FbException& e) {
@@ -83,11 +87,13 @@ void Transaction::rollback() {
 
 void Transaction::commitRetaining() {
     if (!handle_) return;
+    const ServerWait wait(db_);
     fb::call([&](fb::Status* st) { handle_->commitRetaining(st); });
 }
 
 void Transaction::rollbackRetaining() {
     if (!handle_) return;
+    const ServerWait wait(db_);
     fb::call([&](fb::Status* st) { handle_->rollbackRetaining(st); });
 }
 

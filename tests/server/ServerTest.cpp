@@ -330,6 +330,47 @@ TEST_F(OnServer, AFrozenServerAndASilentPortEndWithinTheConnectTimeout) {
     EXPECT_NO_THROW(connectAs(QStringLiteral("SYSDBA")));
 }
 
+// A server that stops answering under an open connection: the statement waiting for it ends
+// within the answer limit as a lost connection, and the connection is made again once the server
+// answers.
+TEST_F(OnServer, AServerFrozenUnderAnOpenConnectionEndsWithinTheAnswerLimit) {
+    db::Database::Options o;
+    o.user = QStringLiteral("SYSDBA");
+    o.password = fbserver::password(o.user);
+    o.answerTimeout = 2; // the default is longer; the wait is the same code
+    db::Database d;
+    d.open(connectString(), o);
+    db::Transaction tr(&d, db::TransactionOptions::read());
+    auto count = [&] {
+        db::Query q(&d, &tr);
+        q.setSql(QStringLiteral("select count(*) from CLIENTS"));
+        q.open();
+        const int n = q.next() ? q.value(0).toInt() : -1;
+        q.close();
+        return n;
+    };
+    ASSERT_GT(count(), 0);
+
+    fbserver::freeze();
+    QElapsedTimer t;
+    t.start();
+    bool lost = false;
+    try {
+        count();
+    } catch (const db::Error& e) {
+        lost = e.isConnectionLost();
+    }
+    const qint64 ms = t.elapsed();
+    fbserver::thaw();
+    EXPECT_TRUE(lost);
+    EXPECT_LT(ms, 6000);
+    std::printf("answer limit 2 s: frozen server under an open connection gave up after %lld ms\n",
+                static_cast<long long>(ms));
+
+    d.reconnect();
+    EXPECT_GT(count(), 0);
+}
+
 // The workbench as a user starts it: the login refused, a frozen server and a port that never
 // answers given up within the default connect timeout; each a one-line message in words and
 // exit code 2.
