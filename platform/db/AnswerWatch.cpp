@@ -1,5 +1,6 @@
 #include "platform/db/AnswerWatch.h"
 #include "platform/db/Database.h"
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <cstdlib>
@@ -61,10 +62,10 @@ private:
                 cv_.wait(lock);
                 continue;
             }
-            auto first = calls_.begin();
-            for (auto it = calls_.begin(); it != calls_.end(); ++it)
-                if (it->second.deadline < first->second.deadline) first = it;
-            if (cv_.wait_until(lock, first->second.deadline) == std::cv_status::timeout) {
+            // A copy: the call may end (and its entry go) while this thread waits.
+            Clock::time_point earliest = calls_.begin()->second.deadline;
+            for (const auto& entry : calls_) earliest = std::min(earliest, entry.second.deadline);
+            if (cv_.wait_until(lock, earliest) == std::cv_status::timeout) {
                 const auto now = Clock::now();
                 for (auto it = calls_.begin(); it != calls_.end();) {
                     if (it->second.deadline <= now) {
