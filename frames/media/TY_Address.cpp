@@ -65,9 +65,9 @@ TfrAddress::TfrAddress(QWidget* parent, const char* dataSetName, const char* sou
     resize(520, 260);
     SetCaption(QStringLiteral("Адрес по КЛАДР"));
     lbSelect->hide();
-    auto* grid = new QGridLayout;
-    grid->setContentsMargins(0, 0, 0, 0);
-    body()->layout()->addItem(grid);
+    grid_ = new QGridLayout;
+    grid_->setContentsMargins(0, 0, 0, 0);
+    body()->layout()->addItem(grid_);
 
     pfAddress = new db::DataSet(this);
     pfAddress->setObjectName(dataSetName);
@@ -107,10 +107,7 @@ TAbs_LF* TfrAddress::addLookup(const QString& className, const char* name, const
     lf->setObjectName(name);
     lf->lcSelect->setDataField(field);
     lf->lcSelect->setDataSource(dsAddress);
-    auto* grid = static_cast<QGridLayout*>(body()->layout()->itemAt(body()->layout()->count() - 1)->layout());
-    const int at = int(inner_.size());
-    grid->addWidget(lf, at / 2, at % 2);
-    inner_ << lf;
+    place(lf);
     return lf;
 }
 
@@ -131,6 +128,13 @@ TAbs_LF* TfrAddress::addTypeLookup(const char* name, const QString& caption, con
     return lf;
 }
 
+void TfrAddress::place(TAbsEditFrame* f) {
+    // Two frames a row, in the order they are added.
+    const int at = int(inner_.size());
+    grid_->addWidget(f, at / 2, at % 2);
+    inner_ << f;
+}
+
 TDBEdit_Frame* TfrAddress::addEdit(const char* name, const QString& caption, const QString& field,
                                    int maxLength) {
     auto* f = qobject_cast<TDBEdit_Frame*>(Registry::instance().create("TDBEdit_Frame", body()));
@@ -138,10 +142,7 @@ TDBEdit_Frame* TfrAddress::addEdit(const char* name, const QString& caption, con
     f->SetCaption(caption);
     f->DBEdit->setDataField(field);
     f->DBEdit->setMaxLength(maxLength);
-    auto* grid = static_cast<QGridLayout*>(body()->layout()->itemAt(body()->layout()->count() - 1)->layout());
-    const int at = int(inner_.size());
-    grid->addWidget(f, at / 2, at % 2);
-    inner_ << f;
+    place(f);
     return f;
 }
 

@@ -2,6 +2,7 @@
 #include "frames/core/AbsEditFrame.h"
 
 class QAction;
+class QGridLayout;
 
 namespace frames {
 class TAbs_LF;
@@ -51,6 +52,8 @@ protected:
     QList<TAbsEditFrame*> inner_;
 
 private:
+    void place(TAbsEditFrame* f);
+    QGridLayout* grid_;
     db::Transaction* own_; // where a free-standing address is written
 };
 
