@@ -1,7 +1,7 @@
 # Two entry points: `make run` (workbench on the embedded demo database) and `make test`.
 BUILD ?= build
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
-PACKAGES := cmake ninja-build g++ qt6-base-dev qt6-charts-dev libgl-dev firebird3.0-server-core \
+PACKAGES := cmake ninja-build g++ qt6-base-dev qt6-charts-dev qt6-translations-l10n libgl-dev firebird3.0-server-core \
             firebird3.0-server firebird3.0-utils \
             firebird-dev libfbclient2 libgtest-dev libgmock-dev libbenchmark-dev
 # Only the benchmarks use it: Qt SQL's Firebird driver, the alternative they compare with.

@@ -156,6 +156,8 @@ void CardListForm::open() {
                                                             {"NAME_USER", 180},
                                                             {"CREATED", 80}})
         grid_->setColumnWidth(grid_->columnOfField(field), width);
+    grid_->widenColumnsToContents();
+    // The user's own widths, when he has set them, win.
     frames::TConfigItem* node = host_->LayoutRoot()->ItemByName(objectName());
     if (node->IsExists(QStringLiteral("Grid")))
         grid_->restoreLayout(layoutObject(node->ItemByName(QStringLiteral("Grid"))->GetAsString()));

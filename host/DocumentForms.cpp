@@ -243,6 +243,7 @@ RecordListForm* makeDocumentList(HostImpl* host, QWidget* parent) {
     grid->setCaptions(captions);
     for (const auto& [field, caption, width] : columns)
         grid->setColumnWidth(grid->columnOfField(field), width);
+    grid->widenColumnsToContents();
     return owned.release();
 }
 

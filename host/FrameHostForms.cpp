@@ -4,6 +4,7 @@
 #include "frames/core/Guard.h"
 #include "frames/core/Host.h"
 #include "frames/core/Registry.h"
+#include "frames/edit/EF_CalcEdit.h"
 #include "frames/lookup/LF_Abs.h"
 #include "host/HostImpl.h"
 #include "platform/db/DataSet.h"
@@ -124,11 +125,52 @@ RecordListForm::RecordListForm(HostImpl* host, db::AbstractDataSet* records, con
     layout->addWidget(grid_, 1);
     layout->addLayout(buttons);
 
+    // Each column is shown in the format of the frame that edits it.
+    records_->afterOpen.connect([this](db::AbstractDataSet&) { applyEditorFormats(); });
+    if (records_->active()) applyEditorFormats();
+
     connect(btEdit, &QPushButton::clicked, this, [this] { frames::guard([this] { editCurrent(); }); });
     connect(btView, &QPushButton::clicked, this, [this] { frames::guard([this] { viewCurrent(); }); });
     connect(btAdd, &QPushButton::clicked, this, [this] { frames::guard([this] { addNew(); }); });
     connect(btClose, &QPushButton::clicked, this, &QDialog::reject);
     connect(grid_, &ui::DBGrid::activated, this, [this] { frames::guard([this] { editCurrent(); }); });
+}
+
+namespace {
+
+// The "DisplayFormat" a form description gives any of its components, or empty.
+QString displayFormatIn(const QJsonObject& description) {
+    const QJsonObject comps = description.value(QStringLiteral("components")).toObject();
+    for (auto it = comps.begin(); it != comps.end(); ++it) {
+        const QString f = it.value().toObject().value(QStringLiteral("DisplayFormat")).toString();
+        if (!f.isEmpty()) return f;
+    }
+    return {};
+}
+
+} // namespace
+
+void RecordListForm::applyEditorFormats() {
+    for (const EditorSlot& slot : editors_) {
+        db::Field* f = slot.column.isEmpty() ? nullptr : records_->findField(slot.column);
+        if (!f) continue;
+        // The slot's own description first, then the class's (the nearest class first).
+        QString format = displayFormatIn(slot.description);
+        const QStringList chain = frames::FormLoader::chain(slot.className);
+        for (auto it = chain.crbegin(); format.isEmpty() && it != chain.crend(); ++it)
+            format = displayFormatIn(frames::FormLoader::description(*it));
+        if (!format.isEmpty()) f->displayFormat = format;
+    }
+    // Numbers no frame names a format for (the calculated ones too) as the amount editor shows
+    // them.
+    for (int i = 0; i < records_->fieldCount(); ++i) {
+        db::Field* f = records_->field(i);
+        const db::FieldType t = f->dataType();
+        const bool number =
+            t == db::FieldType::Numeric || t == db::FieldType::Float || t == db::FieldType::Double;
+        if (number && f->displayFormat.isEmpty())
+            f->displayFormat = frames::TCalcEdit_Frame::FormatOfTag(f->tag);
+    }
 }
 
 RecordListForm::~RecordListForm() {

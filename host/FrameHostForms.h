@@ -95,6 +95,9 @@ public:
 
 private:
     int showDialog(bool viewOnly);
+    // Gives every column that a frame edits the display format that frame shows it in (its
+    // description's DisplayFormat, else for a number the format of its amount tag).
+    void applyEditorFormats();
 
     HostImpl* host_;
     frames::db::AbstractDataSet* records_;

@@ -13,6 +13,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScrollArea>
@@ -25,7 +26,7 @@
 
 namespace workbench {
 
-MainWindow::MainWindow(HostImpl* host, frames::Registry* registry, QWidget* parent)
+MainWindow::MainWindow(HostImpl* host, const frames::Registry* registry, QWidget* parent)
     : QMainWindow(parent), host_(host), registry_(registry) {
     setObjectName(QStringLiteral("MainWindow"));
     setWindowTitle(QStringLiteral("Frames — рабочее место"));
@@ -36,15 +37,37 @@ MainWindow::MainWindow(HostImpl* host, frames::Registry* registry, QWidget* pare
 
     tree_ = new QTreeWidget(this);
     tree_->setObjectName(QStringLiteral("tvFrames"));
-    tree_->setHeaderLabel(QStringLiteral("Фреймы"));
+    tree_->setColumnCount(2);
+    tree_->setHeaderLabels({QStringLiteral("Фрейм"), QStringLiteral("Класс")});
+    tree_->setRootIsDecorated(true);
     for (const QString& family : registry_->families()) {
-        auto* familyItem = new QTreeWidgetItem(tree_, {family});
+        auto* familyItem = new QTreeWidgetItem(tree_, {frames::Registry::familyCaption(family)});
+        familyItem->setFirstColumnSpanned(true);
+        familyItem->setToolTip(0, family);
         for (const QString& cls : registry_->classNames(family)) {
-            auto* item = new QTreeWidgetItem(familyItem, {cls});
+            QString caption = frames::FormLoader::caption(cls);
+            if (caption.isEmpty()) caption = cls;
+            auto* item = new QTreeWidgetItem(familyItem, {caption, cls});
             item->setData(0, Qt::UserRole, cls);
+            item->setToolTip(0, caption + QStringLiteral(" — ") + cls);
         }
         familyItem->setExpanded(true);
     }
+    tree_->sortItems(0, Qt::AscendingOrder);
+    tree_->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    tree_->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+    tree_->header()->setStretchLastSection(false);
+
+    search_ = new QLineEdit(this);
+    search_->setObjectName(QStringLiteral("edFrameSearch"));
+    search_->setPlaceholderText(QStringLiteral("Поиск по названию или классу"));
+    search_->setClearButtonEnabled(true);
+    connect(search_, &QLineEdit::textChanged, this, [this](const QString& text) { filterFrames(text); });
+    auto* browser = new QWidget(this);
+    auto* browserLayout = new QVBoxLayout(browser);
+    browserLayout->setContentsMargins(0, 0, 0, 0);
+    browserLayout->addWidget(search_);
+    browserLayout->addWidget(tree_);
 
     panel_ = new QWidget;
     panel_->setObjectName(QStringLiteral("pnFrame"));
@@ -76,10 +99,12 @@ MainWindow::MainWindow(HostImpl* host, frames::Registry* registry, QWidget* pare
     scroll_->setWidget(panel_);
 
     auto* split = new QSplitter(this);
-    split->addWidget(tree_);
+    split->setObjectName(QStringLiteral("spBrowser"));
+    split_ = split;
+    split->addWidget(browser);
     split->addWidget(scroll_);
     split->setStretchFactor(1, 1);
-    split->setSizes({280, 720});
+    split->setSizes({360, 640});
     setCentralWidget(split);
 
     QMenu* file = menuBar()->addMenu(QStringLiteral("&Файл"));
@@ -114,6 +139,7 @@ MainWindow::MainWindow(HostImpl* host, frames::Registry* registry, QWidget* pare
     });
     connect(tree_, &QTreeWidget::currentItemChanged, this,
             [this](QTreeWidgetItem* item) { itemChosen(item); });
+    restoreWindowLayout();
     statusBar()->showMessage(
         QStringLiteral("База данных: %1")
             .arg(host_->RvDatabase() ? host_->RvDatabase()->connectString() : QString()));
@@ -121,6 +147,25 @@ MainWindow::MainWindow(HostImpl* host, frames::Registry* registry, QWidget* pare
 
 MainWindow::~MainWindow() {
     closeFrame();
+}
+
+int MainWindow::filterFrames(const QString& text) {
+    const QString needle = text.simplified();
+    int shown = 0;
+    for (int i = 0; i < tree_->topLevelItemCount(); ++i) {
+        QTreeWidgetItem* family = tree_->topLevelItem(i);
+        int inFamily = 0;
+        for (int j = 0; j < family->childCount(); ++j) {
+            QTreeWidgetItem* item = family->child(j);
+            const bool match = needle.isEmpty() || item->text(0).contains(needle, Qt::CaseInsensitive) ||
+                               item->text(1).contains(needle, Qt::CaseInsensitive);
+            item->setHidden(!match);
+            if (match) ++inFamily;
+        }
+        family->setHidden(inFamily == 0);
+        shown += inFamily;
+    }
+    return shown;
 }
 
 void MainWindow::itemChosen(QTreeWidgetItem* item) {
@@ -163,8 +208,11 @@ frames::TAbsEditFrame* MainWindow::showFrame(const QString& className) {
         itemsTimer_->stop();
     showItems();
     btBound_->setVisible(made && hasHostForm(className));
-    info_->setText(made ? QStringLiteral("%1 (%2)").arg(className, registry_->find(className)->family)
-                        : QStringLiteral("%1: фрейм не создан (см. сообщение об ошибке)").arg(className));
+    const QString caption = frames::FormLoader::caption(className);
+    const QString title = caption.isEmpty() ? className : caption + QStringLiteral(" — ") + className;
+    info_->setText(made ? QStringLiteral("%1 (%2)").arg(
+                              title, frames::Registry::familyCaption(registry_->find(className)->family))
+                        : QStringLiteral("%1: фрейм не создан (см. сообщение об ошибке)").arg(title));
     return made;
 }
 
@@ -288,7 +336,33 @@ void MainWindow::openReferenceForm(const QString& formName) {
     });
 }
 
+// The window's place and size, the browser's width and the frame last shown come back as the user
+// left them; a value that cannot be read is ignored.
+void MainWindow::restoreWindowLayout() {
+    frames::TConfigItem* node = host_->LayoutRoot()->ItemByName(objectName());
+    if (node->IsExists(QStringLiteral("Geometry")))
+        restoreGeometry(
+            QByteArray::fromBase64(node->ItemByName(QStringLiteral("Geometry"))->GetAsString().toLatin1()));
+    if (node->IsExists(QStringLiteral("Splitter")))
+        split_->restoreState(
+            QByteArray::fromBase64(node->ItemByName(QStringLiteral("Splitter"))->GetAsString().toLatin1()));
+    if (node->IsExists(QStringLiteral("Frame"))) {
+        const QString cls = node->ItemByName(QStringLiteral("Frame"))->GetAsString();
+        const QList<QTreeWidgetItem*> found = tree_->findItems(cls, Qt::MatchExactly | Qt::MatchRecursive, 1);
+        if (!found.isEmpty()) tree_->setCurrentItem(found.first());
+    }
+}
+
+void MainWindow::saveWindowLayout() {
+    frames::TConfigItem* node = host_->LayoutRoot()->ItemByName(objectName());
+    node->ItemByName(QStringLiteral("Geometry"))->SetAsString(QString::fromLatin1(saveGeometry().toBase64()));
+    node->ItemByName(QStringLiteral("Splitter"))
+        ->SetAsString(QString::fromLatin1(split_->saveState().toBase64()));
+    node->ItemByName(QStringLiteral("Frame"))->SetAsString(frame_ ? frame_->objectName() : QString());
+}
+
 void MainWindow::closeEvent(QCloseEvent* e) {
+    saveWindowLayout();
     if (cardList_) cardList_->close();
     if (recordList_) recordList_->close();
     if (documentList_) documentList_->close();

@@ -10,7 +10,9 @@
 class QTreeWidget;
 class QTreeWidgetItem;
 class QScrollArea;
+class QSplitter;
 class QLabel;
+class QLineEdit;
 class QPushButton;
 class QTimer;
 
@@ -28,7 +30,7 @@ class HostImpl;
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
-    MainWindow(HostImpl* host, frames::Registry* registry, QWidget* parent = nullptr);
+    MainWindow(HostImpl* host, const frames::Registry* registry, QWidget* parent = nullptr);
     ~MainWindow() override;
 
     // Shows the frame of that class in the panel (the previous one is closed); returns it, or
@@ -48,6 +50,9 @@ public:
     // Whether the frame browser offers a host form for that class.
     bool hasHostForm(const QString& className) const;
     void openReferenceForm(const QString& formName);
+    // Shows in the frame browser only the frames whose caption or class name contains the text
+    // (any case); returns how many are shown.
+    int filterFrames(const QString& text);
 
 protected:
     void closeEvent(QCloseEvent* e) override;
@@ -57,10 +62,14 @@ private:
     // Shows the chosen frame's items (ItemsCount, ItemsItem and its key list) under it.
     void showItems();
     void itemChosen(QTreeWidgetItem* item);
+    void restoreWindowLayout();
+    void saveWindowLayout();
 
     HostImpl* host_;
-    frames::Registry* registry_;
+    const frames::Registry* registry_;
     QTreeWidget* tree_;
+    QLineEdit* search_;
+    QSplitter* split_;
     QScrollArea* scroll_;
     QWidget* panel_;
     QLabel* info_;

@@ -130,6 +130,7 @@ void ReferenceForm::open() {
             if (col >= 0 && c.width > 0) grid_->setColumnWidth(col, c.width);
         }
     }
+    grid_->widenColumnsToContents();
     // The caller names the key column it wants back; a name the list lacks falls back to the
     // form's own key column.
     keyField_ = def_.keyColumn;

@@ -25,10 +25,13 @@
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QLibrary>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QMessageBox>
 #include <QPixmap>
 #include <QStandardPaths>
 #include <QTextStream>
+#include <QTranslator>
 #include <QVBoxLayout>
 #include <cstdio>
 #include <memory>
@@ -104,11 +107,25 @@ frames::Registry* loadRegistry(QString* source) {
     return frames_registry();
 }
 
+bool installQtTranslations() {
+    static QTranslator* installed = nullptr;
+    if (installed) return true;
+    auto translator = std::make_unique<QTranslator>(QCoreApplication::instance());
+    // "qt" is the catalogue that pulls in qtbase and the other modules installed.
+    if (!translator->load(QLocale(QLocale::Russian, QLocale::Russia), QStringLiteral("qt"),
+                          QStringLiteral("_"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        return false;
+    QCoreApplication::installTranslator(translator.get());
+    installed = translator.release();
+    return true;
+}
+
 QStringList frameListing(const frames::Registry& registry) {
     QStringList lines;
     for (const QString& cls : registry.classNames()) {
         const frames::FrameClass* c = registry.find(cls);
-        lines << cls + QLatin1Char('\t') + (c ? c->family : QString());
+        lines << cls + QLatin1Char('\t') + (c ? c->family : QString()) + QLatin1Char('\t') +
+                     frames::FormLoader::caption(cls);
     }
     return lines;
 }
@@ -174,9 +191,34 @@ int writeScreenshots(HostImpl& host, const frames::Registry& registry, const QSt
     std::vector<Shot> shots;
     int written = 0;
 
+    // The main window as it opens: the frame browser with one frame shown, and once more with
+    // the search narrowing the list.
+    {
+        Shot shot{QStringLiteral("MainWindow"), QStringLiteral("host forms"), {}, {}};
+        Shot searchShot{QStringLiteral("MainWindow (поиск «банк»)"), QStringLiteral("host forms"), {}, {}};
+        try {
+            MainWindow window(&host, &registry);
+            window.resize(1100, 700);
+            window.showFrame(QStringLiteral("TBank_LF"));
+            window.show();
+            if (savePicture(&window, dir, QStringLiteral("MainWindow"), shot)) ++written;
+            window.filterFrames(QStringLiteral("банк"));
+            if (savePicture(&window, dir, QStringLiteral("MainWindow_search"), searchShot)) ++written;
+            window.hide();
+        } catch (...) {
+            (shot.file.isEmpty() ? shot : searchShot).error = frames::errorText(std::current_exception());
+        }
+        shots.push_back(shot);
+        shots.push_back(searchShot);
+    }
+
     // Every frame free-standing, as the frame browser shows it.
     for (const QString& cls : registry.classNames()) {
-        Shot shot{cls, registry.find(cls)->family, {}, {}};
+        const QString caption = frames::FormLoader::caption(cls);
+        Shot shot{caption.isEmpty() ? cls : caption + QStringLiteral(" — ") + cls,
+                  frames::Registry::familyCaption(registry.find(cls)->family),
+                  {},
+                  {}};
         QWidget panel;
         panel.setObjectName(QStringLiteral("pnFrame"));
         auto* layout = new QVBoxLayout(&panel);
@@ -392,6 +434,9 @@ int run(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("workbench"));
     QApplication::setOrganizationName(QStringLiteral("Frames"));
+    if (!installQtTranslations())
+        std::fprintf(stderr, "workbench: Qt's Russian translations are not installed; standard buttons "
+                             "stay in English\n");
 
     Options options;
     QString message;

@@ -31,7 +31,11 @@ QString defaultDatabasePath();
 // executable, else through the linked entry point. source tells which.
 frames::Registry* loadRegistry(QString* source = nullptr);
 
-// "Class<TAB>family" per registered class, sorted by class name.
+// Loads Qt's own Russian texts (standard buttons, dialogs, the context menus of edits) into the
+// application; false when the translation files are not installed.
+bool installQtTranslations();
+
+// "Class<TAB>family<TAB>caption" per registered class, sorted by class name.
 QStringList frameListing(const frames::Registry& registry);
 
 // Screenshot mode: every registered frame free-standing, the card list, the edit dialog over it

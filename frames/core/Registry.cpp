@@ -102,6 +102,21 @@ QStringList Registry::families() const {
     return l;
 }
 
+QString Registry::familyCaption(const QString& family) {
+    static const QHash<QString, QString> names{
+        {QStringLiteral("lookup"), QStringLiteral("Выбор из справочника")},
+        {QStringLiteral("multi"), QStringLiteral("Выбор нескольких значений")},
+        {QStringLiteral("edit"), QStringLiteral("Ввод значений")},
+        {QStringLiteral("media"), QStringLiteral("Изображения, адреса, диаграммы")},
+        {QStringLiteral("select"), QStringLiteral("Диалоги выбора")},
+        {QStringLiteral("filter"), QStringLiteral("Фильтры отчётов")},
+        {QStringLiteral("medit"), QStringLiteral("Групповое изменение")},
+        {QStringLiteral("lists"), QStringLiteral("Списки")},
+        {QStringLiteral("crm"), QStringLiteral("CRM")},
+    };
+    return names.value(family, family);
+}
+
 TAbsEditFrame* Registry::create(const QString& className, QWidget* parent) const {
     const FrameClass* c = find(className);
     if (!c) fail(QString("Unknown frame class %1").arg(className));
@@ -132,6 +147,21 @@ QStringList FormLoader::chain(const QString& className) {
         cls = description(cls).value("inherits").toString();
     }
     return classes;
+}
+
+QString FormLoader::caption(const QString& className) {
+    const QStringList classes = chain(className);
+    for (auto it = classes.crbegin(); it != classes.crend(); ++it) {
+        const QString own = description(*it).value("caption").toString().trimmed();
+        if (!own.isEmpty()) return own;
+    }
+    for (auto it = classes.crbegin(); it != classes.crend(); ++it) {
+        const QJsonObject label =
+            description(*it).value("components").toObject().value("lbSelect").toObject();
+        const QString text = label.value("text").toString().trimmed();
+        if (!text.isEmpty()) return text;
+    }
+    return {};
 }
 
 void FormLoader::applyDescription(QObject* target, const QJsonObject& d, const QString& cls) {

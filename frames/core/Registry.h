@@ -29,6 +29,9 @@ public:
     QStringList classNames() const; // sorted
     QStringList classNames(const QString& family) const;
     QStringList families() const;
+    // What the family is called for the user ("Выбор из справочника" for "lookup"); the family
+    // itself when it has no name of its own.
+    static QString familyCaption(const QString& family);
 
     // Throws std::runtime_error for an unknown class or a description that does not apply.
     TAbsEditFrame* create(const QString& className, QWidget* parent = nullptr) const;
@@ -58,6 +61,9 @@ public:
     static void applyDescription(QObject* target, const QJsonObject& d, const QString& className);
     // The chain of descriptions from the root class down to className.
     static QStringList chain(const QString& className);
+    // What the frame is called for the user: the "caption" of its description (the nearest class
+    // of the chain that has one), else the text of its label lbSelect, else empty.
+    static QString caption(const QString& className);
 };
 
 } // namespace frames

@@ -20,6 +20,8 @@ TCursFrame_CE::TCursFrame_CE(QWidget* parent)
     SelCurHistoryAction = new QAction(ActionList);
     SelCurHistoryAction->setObjectName("SelCurHistoryAction");
     SelCurHistoryAction->setText("...");
+    // A tool button shows the icon text, from which Qt strips a trailing "...": say it outright.
+    SelCurHistoryAction->setIconText("...");
     connect(SelCurHistoryAction, &QAction::triggered, this, [this] {
         guard([&] {
             SelCurHistoryActionUpdate();

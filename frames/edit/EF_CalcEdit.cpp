@@ -97,6 +97,13 @@ TCalcEdit_Frame::TCalcEdit_Frame(QWidget* parent) : TAbsEditFrame(parent) {
 
 TCalcEdit_Frame::~TCalcEdit_Frame() = default;
 
+QString TCalcEdit_Frame::FormatOfTag(int tag) {
+    const Host* config = TYConfig();
+    return tag == 1   ? config->PrecisionRubFormat()
+           : tag == 2 ? config->PrecisionCurFormat()
+                      : config->PrecisionQuantityFormat();
+}
+
 void TCalcEdit_Frame::SetEnabled(bool value) {
     TAbsEditFrame::SetEnabled(value);
     enabled_ = value;
@@ -122,10 +129,7 @@ void TCalcEdit_Frame::Init() {
         db::AbstractDataSet* record = src->dataSet();
         if (record && record->active() && !DBCalcEdit->dataField().isEmpty()) {
             const db::Field* f = record->fieldByName(DBCalcEdit->dataField());
-            const Host* config = TYConfig();
-            SetDisplayFormat(f->tag == 1   ? config->PrecisionRubFormat()
-                             : f->tag == 2 ? config->PrecisionCurFormat()
-                                           : config->PrecisionQuantityFormat());
+            SetDisplayFormat(FormatOfTag(f->tag));
         }
         // An empty amount of a new record starts at 0, and the record stores the 0 it shows; an
         // existing record is shown as it is stored, an empty amount as an empty editor.

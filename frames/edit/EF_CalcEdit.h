@@ -34,6 +34,9 @@ public:
 
     static double Min_c() { return 1e-05; }
     static double Max_c() { return 1e-05; }
+    // The display format of an amount by its field's tag, from the host's configuration: 1 roubles,
+    // 2 currency, anything else a quantity. A list shows the column in the same format.
+    static QString FormatOfTag(int tag);
 
     // ---- contract
     void SetEnabled(bool value) override;

@@ -2,6 +2,7 @@
 #include "platform/db/Field.h"
 #include "platform/widgets/DataSetModel.h"
 #include "platform/widgets/ErrorReporter.h"
+#include <QFocusEvent>
 
 namespace frames::ui {
 
@@ -21,8 +22,21 @@ void DBEdit::updateFromField() {
     if (link_.writing()) return;
     pending_ = false;
     const QString text = link_.fieldText();
-    if (db::Field* f = link_.rowField()) setMaxLength(f->isText() && f->size() > 0 ? f->size() : 32767);
-    if (text != this->text()) setText(text);
+    // (Setting the length puts the cursor at the end of the text, even when it does not change.)
+    if (db::Field* f = link_.rowField()) {
+        const int length = f->isText() && f->size() > 0 ? f->size() : 32767;
+        if (length != maxLength()) setMaxLength(length);
+    }
+    if (text != this->text()) {
+        setText(text);
+        // A text longer than the box shows its start, not its end, until the user goes into it.
+        if (!hasFocus()) setCursorPosition(0);
+    }
+}
+
+void DBEdit::focusInEvent(QFocusEvent* e) {
+    QLineEdit::focusInEvent(e);
+    if (e->reason() != Qt::MouseFocusReason && !hasSelectedText()) end(false);
 }
 
 bool DBEdit::writeText(bool report) {

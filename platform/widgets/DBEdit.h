@@ -24,6 +24,11 @@ public:
     // Re-reads the field.
     void updateFromField();
 
+protected:
+    // Out of focus the box shows the start of its text; going into it from the keyboard or by
+    // code puts the cursor at the end (a click puts it where it was clicked, Tab selects all).
+    void focusInEvent(QFocusEvent* e) override;
+
 private:
     bool writeText(bool report);
 

@@ -2,13 +2,16 @@
 #include "platform/db/Field.h"
 #include "platform/widgets/DataSetModel.h"
 #include "platform/widgets/ErrorReporter.h"
+#include <QFontMetrics>
 #include <QHeaderView>
 #include <QJsonArray>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
+#include <QStyle>
 #include <QStyledItemDelegate>
+#include <algorithm>
 
 namespace frames::ui {
 
@@ -153,6 +156,21 @@ void DBGrid::setColumns(const QStringList& fieldNames) {
     held_.clear();
     QScopedValueRollback guard(newColumns_, true); // no layout carried over: the new order rules
     model_->setFieldNames(fieldNames);
+}
+
+void DBGrid::widenColumnsToContents(int maxWidth, int sampleRows) {
+    const QFontMetrics fm(font());
+    const QFontMetrics headerFm(horizontalHeader()->font());
+    const int rows = std::min(model_->rowCount(), sampleRows);
+    const int padding = 2 * style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 12;
+    for (int c = 0; c < model_->columnCount(); ++c) {
+        if (isColumnHidden(c)) continue;
+        int need = headerFm.horizontalAdvance(model_->headerData(c, Qt::Horizontal).toString()) + 24;
+        for (int r = 0; r < rows; ++r)
+            need = std::max(need, fm.horizontalAdvance(model_->index(r, c).data().toString()) + padding);
+        need = std::min(need, maxWidth);
+        if (need > columnWidth(c)) setColumnWidth(c, need);
+    }
 }
 
 void DBGrid::setCaptions(const QVariantMap& fieldToCaption) {

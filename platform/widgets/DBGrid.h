@@ -48,6 +48,9 @@ public:
     void setCheckFields(const QStringList& fieldNames);
     // Model column of a field, -1 when it is not shown.
     int columnOfField(const QString& fieldName) const;
+    // Widens every shown column that is narrower than its caption or the texts of its first
+    // sampleRows rows, up to maxWidth; never narrows one.
+    void widenColumnsToContents(int maxWidth = 360, int sampleRows = 200);
 
     bool multiSelect() const { return multiSelect_; }
     void setMultiSelect(bool b);

@@ -1,5 +1,6 @@
 #include "platform/widgets/DataSetModel.h"
 #include "platform/db/Field.h"
+#include "platform/widgets/CalcEdit.h"
 #include <QColor>
 
 namespace frames::ui {
@@ -207,14 +208,6 @@ QVariant DataSetModel::valueAt(int dsRow, int fieldIndex) const {
     }
 }
 
-static int decimalsOfFormat(const QString& fmt) {
-    const int dot = fmt.indexOf('.');
-    if (dot < 0) return 0;
-    int n = 0;
-    for (int i = dot + 1; i < fmt.size() && (fmt[i] == '0' || fmt[i] == '#'); ++i) ++n;
-    return n;
-}
-
 QString DataSetModel::valueText(const db::Field* f, const QVariant& v) {
     if (!v.isValid() || v.isNull()) return QString();
     const db::FieldType t = f ? f->dataType() : db::FieldType::VarChar;
@@ -229,7 +222,8 @@ QString DataSetModel::valueText(const db::Field* f, const QVariant& v) {
     case db::FieldType::Numeric:
     case db::FieldType::Float:
     case db::FieldType::Double:
-        if (!fmt.isEmpty()) return QString::number(v.toDouble(), 'f', decimalsOfFormat(fmt));
+        // The format of the numeric editors: group separator, decimal comma, its decimals.
+        if (!fmt.isEmpty()) return formatFloat(fmt, v.toDouble());
         if (t == db::FieldType::Numeric) return QString::number(v.toDouble(), 'f', f->scale());
         return QString::number(v.toDouble(), 'g', t == db::FieldType::Float ? 7 : 15);
     case db::FieldType::Boolean:

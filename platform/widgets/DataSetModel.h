@@ -68,7 +68,7 @@ public:
     QVariant valueAt(int dsRow, int fieldIndex) const;
     QString textAt(int dsRow, int fieldIndex) const;
     // Text of a value as a control shows it: dates dd.MM.yyyy (or the field's displayFormat),
-    // numbers in the C locale (or with the decimals of a "0.00" style displayFormat).
+    // numbers in the C locale (or in a ",0.00" style displayFormat, as the numeric editors show them).
     static QString valueText(const db::Field* f, const QVariant& v);
 
     // While quiet, cursor moves and field changes are not turned into row updates: for a control

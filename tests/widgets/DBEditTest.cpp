@@ -20,7 +20,9 @@ TEST(DBEdit, ShowsFollowsAndWritesTheField) {
     EXPECT_EQ(name.text(), "Hat");
 
     // Typing puts the record into edit state and writes through.
+    EXPECT_EQ(name.cursorPosition(), 0); // out of focus the start of the text shows
     name.setFocus();
+    name.end(false);
     QTest::keyClicks(&name, "s");
     EXPECT_EQ(tb.goods.state(), db::DataSetState::Edit);
     EXPECT_EQ(tb.goods.fieldByName("NAME")->asString(), "Hats");

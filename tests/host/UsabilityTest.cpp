@@ -1,0 +1,174 @@
+// The workbench as a person reads it: frames found by their Russian names, Qt's own texts in
+// Russian, lists that show values as their editors do, nothing cut off.
+#include "frames/core/Registry.h"
+#include "frames/core/RunParams.h"
+#include "frames/edit/CE_Curs.h"
+#include "frames/edit/EF_CalcEdit.h"
+#include "frames/edit/EF_DBTimeEdit.h"
+#include "frames/edit/EF_Partner.h"
+#include "host/DocumentForms.h"
+#include "host/MainWindow.h"
+#include "host/ReferenceForms.h"
+#include "host/Workbench.h"
+#include "platform/db/DataSet.h"
+#include "platform/widgets/CalcEdit.h"
+#include "platform/widgets/DBEdit.h"
+#include "platform/widgets/DBGrid.h"
+#include "platform/widgets/DataSetModel.h"
+#include "platform/widgets/TimeEdit.h"
+#include "tests/host/WorkbenchFixture.h"
+#include <QDialogButtonBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QToolButton>
+#include <QTreeWidget>
+#include <memory>
+
+namespace frames::test {
+namespace {
+
+using workbench::FrameEditDialog;
+using workbench::RecordListForm;
+
+class Usability : public WorkbenchHostTest<> {
+protected:
+    // The text the list shows in that column of its current record.
+    static QString listText(const RecordListForm& list, const QString& field) {
+        const ui::DBGrid* grid = list.grid();
+        const int col = grid->columnOfField(field);
+        EXPECT_GE(col, 0) << field.toStdString();
+        const int row = grid->currentIndex().row();
+        return grid->model()->index(row, col).data().toString();
+    }
+};
+
+TEST_F(Usability, FrameBrowserNamesFramesInRussianAndFindsThemByEitherName) {
+    workbench::MainWindow window(wb.get(), &Registry::instance());
+    auto* tree = window.findChild<QTreeWidget*>("tvFrames");
+    ASSERT_NE(tree, nullptr);
+    const QRegularExpression cyrillic("[А-Яа-яЁё]");
+    int frames = 0;
+    QStringList unnamed;
+    for (int i = 0; i < tree->topLevelItemCount(); ++i) {
+        QTreeWidgetItem* family = tree->topLevelItem(i);
+        EXPECT_TRUE(family->text(0).contains(cyrillic)) << family->text(0).toStdString();
+        for (int j = 0; j < family->childCount(); ++j, ++frames) {
+            QTreeWidgetItem* item = family->child(j);
+            EXPECT_EQ(item->text(1), item->data(0, Qt::UserRole).toString());
+            if (!item->text(0).contains(cyrillic)) unnamed << item->text(1);
+        }
+    }
+    EXPECT_EQ(frames, Registry::instance().classNames().size());
+    EXPECT_TRUE(unnamed.isEmpty()) << unnamed.join(", ").toStdString();
+
+    // By caption, any case; by class name; by nothing.
+    auto* search = window.findChild<QLineEdit*>("edFrameSearch");
+    ASSERT_NE(search, nullptr);
+    search->setText("бАНК");
+    QStringList shown;
+    for (int i = 0; i < tree->topLevelItemCount(); ++i)
+        for (int j = 0; j < tree->topLevelItem(i)->childCount(); ++j)
+            if (!tree->topLevelItem(i)->child(j)->isHidden())
+                shown << tree->topLevelItem(i)->child(j)->text(1);
+    EXPECT_TRUE(shown.contains("TBank_LF")) << shown.join(", ").toStdString();
+    EXPECT_FALSE(shown.contains("TCity_LF"));
+    EXPECT_EQ(window.filterFrames("tbankaccount_lf"), 1);
+    EXPECT_EQ(window.filterFrames("нет такого фрейма"), 0);
+    for (int i = 0; i < tree->topLevelItemCount(); ++i) EXPECT_TRUE(tree->topLevelItem(i)->isHidden());
+    EXPECT_EQ(window.filterFrames(""), frames);
+}
+
+TEST_F(Usability, MainWindowComesBackAsTheUserLeftIt) {
+    {
+        workbench::MainWindow window(wb.get(), &Registry::instance());
+        window.resize(900, 500);
+        window.findChild<QTreeWidget*>("tvFrames")
+            ->setCurrentItem(window.findChild<QTreeWidget*>("tvFrames")
+                                 ->findItems("TCity_LF", Qt::MatchExactly | Qt::MatchRecursive, 1)
+                                 .value(0));
+        ASSERT_NE(window.currentFrame(), nullptr);
+        window.close();
+    }
+    auto again = restarted();
+    workbench::MainWindow window(again.get(), &Registry::instance());
+    EXPECT_EQ(window.size(), QSize(900, 500));
+    ASSERT_NE(window.currentFrame(), nullptr);
+    EXPECT_EQ(window.currentFrame()->objectName(), "TCity_LF");
+}
+
+TEST_F(Usability, QtStandardTextsAreRussian) {
+    ASSERT_TRUE(workbench::installQtTranslations()) << "Qt's Russian translations are missing";
+    QDialogButtonBox box(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    EXPECT_EQ(box.button(QDialogButtonBox::Cancel)->text(), "Отмена");
+}
+
+// The documents list and the edit dialog show one document's numbers and time alike.
+TEST_F(Usability, ListShowsEachColumnAsItsEditorDoes) {
+    std::unique_ptr<RecordListForm> list(workbench::makeDocumentList(wb.get()));
+    ASSERT_TRUE(list->records()->locate("DOC_NUMBER", "ПП-000110"));
+    FrameEditDialog dlg(wb.get(), list.get());
+    dlg.prepare();
+    auto shown = [&](const QString& name) {
+        auto* f = qobject_cast<TCalcEdit_Frame*>(dlg.frame(name));
+        EXPECT_NE(f, nullptr) << name.toStdString();
+        return f ? f->DBCalcEdit->displayText() : QString();
+    };
+    EXPECT_EQ(listText(*list, "AMOUNT"), shown("TCalcEdit_Frame"));
+    EXPECT_EQ(listText(*list, "AMOUNT"), QString("2\u00A0240,75"));
+    EXPECT_EQ(listText(*list, "QUANTITY"), shown("TCalcEdit_Frame_QUANTITY"));
+    EXPECT_EQ(listText(*list, "QUANTITY"), "18");
+    EXPECT_EQ(listText(*list, "CURS"), shown("TCursFrame_CE"));
+    auto* time = qobject_cast<TDBTimeEdit_Frame*>(dlg.frame("TDBTimeEdit_Frame"));
+    ASSERT_NE(time, nullptr);
+    EXPECT_EQ(listText(*list, "DOC_TIME"), time->DBTimeEdit->text());
+    EXPECT_EQ(listText(*list, "DOC_TIME"), "10:30");
+    // A column no frame edits takes the format of its amount kind: roubles.
+    EXPECT_EQ(
+        listText(*list, "AMOUNT_RUB"),
+        ui::formatFloat(wb->PrecisionRubFormat(), list->records()->fieldByName("AMOUNT_RUB")->asDouble()));
+    dlg.reject();
+}
+
+TEST_F(Usability, NothingIsCutOff) {
+    // Every column of every reference form is as wide as its longest text (within reason).
+    for (const auto& def : workbench::referenceForms()) {
+        frames::TRunParams params;
+        workbench::ReferenceForm form(def, wb->RvDatabase(), wb->pfReadTransaction(), params);
+        form.open();
+        const ui::DBGrid* grid = form.grid();
+        const QFontMetrics fm(grid->font());
+        for (int c = 0; c < grid->model()->columnCount(); ++c) {
+            if (grid->isColumnHidden(c)) continue;
+            int longest = 0;
+            for (int r = 0; r < std::min(grid->model()->rowCount(), 200); ++r)
+                longest =
+                    std::max(longest, fm.horizontalAdvance(grid->model()->index(r, c).data().toString()));
+            EXPECT_GE(grid->columnWidth(c), std::min(longest, 340))
+                << def.name.toStdString() << " column " << c;
+        }
+    }
+
+    // A long client name on the document shows its start.
+    std::unique_ptr<RecordListForm> list(workbench::makeDocumentList(wb.get()));
+    ASSERT_TRUE(list->records()->locate("DOC_NUMBER", "ПП-000110"));
+    FrameEditDialog dlg(wb.get(), list.get());
+    dlg.prepare();
+    dlg.show();
+    auto* client = qobject_cast<TPartner_EF*>(dlg.frame("TPartner_EF"));
+    ASSERT_NE(client, nullptr);
+    client->DBEdit->resize(40, client->DBEdit->height());
+    ASSERT_FALSE(client->DBEdit->text().isEmpty());
+    EXPECT_EQ(client->DBEdit->cursorPosition(), 0);
+
+    // The rate's button says what it is.
+    auto* rate = qobject_cast<TCursFrame_CE*>(dlg.frame("TCursFrame_CE"));
+    ASSERT_NE(rate, nullptr);
+    EXPECT_EQ(rate->siSelect->text(), "...");
+    EXPECT_EQ(rate->siSelect->toolTip(), "Выбрать курс из списка");
+    dlg.reject();
+}
+
+} // namespace
+} // namespace frames::test
