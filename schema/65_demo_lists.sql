@@ -1,0 +1,13 @@
+/* Demo rows of the list frames for the administrator (user 1, shop 1), in the kind -1 that the
+   frames start with: two checked permission patterns, four places of the shop in priority order
+   (one switched off), and a short personal list of goods cards. */
+INSERT INTO SEL_PERMIS (ID_USER, KIND, ID_PERMIS, IS_USED) VALUES (1, -1, 1, 1);
+INSERT INTO SEL_PERMIS (ID_USER, KIND, ID_PERMIS, IS_USED) VALUES (1, -1, 3, 1);
+
+INSERT INTO SEL_PLACE (ID_USER, KIND, PLACE_INDEX, PRIORITY, IS_USED) VALUES (1, -1, 50, 1, 1);
+INSERT INTO SEL_PLACE (ID_USER, KIND, PLACE_INDEX, PRIORITY, IS_USED) VALUES (1, -1, 52, 2, 1);
+INSERT INTO SEL_PLACE (ID_USER, KIND, PLACE_INDEX, PRIORITY, IS_USED) VALUES (1, -1, 55, 3, 0);
+INSERT INTO SEL_PLACE (ID_USER, KIND, PLACE_INDEX, PRIORITY, IS_USED) VALUES (1, -1, 51, 4, 1);
+
+INSERT INTO SEL_CARDSCLA (ID_USER, KIND, ARTICUL) VALUES (1, -1, '100-0001');
+INSERT INTO SEL_CARDSCLA (ID_USER, KIND, ARTICUL) VALUES (1, -1, '100-0004');
