@@ -152,8 +152,12 @@ void TAbs_LCBF::SaveLayout(TConfigItem* node) {
 void TAbs_LCBF::RestoreLayout(TConfigItem* node) {
     TAbsEditFrame::RestoreLayout(node);
     if (!node || !node->IsExists("cbUse.Checked")) return;
+    // As a click would: only a change of the box sets every item, so a list whose box was left
+    // clear (or grey) shows the rows read from the server.
+    const Qt::CheckState to = node->ItemByName("cbUse.Checked")->GetAsBoolean() ? Qt::Checked : Qt::Unchecked;
+    if (cbUse->checkState() == to) return;
     cbUse->setTristate(false);
-    cbUse->setChecked(node->ItemByName("cbUse.Checked")->GetAsBoolean());
+    cbUse->setCheckState(to);
     cbUseClick(cbUse);
 }
 

@@ -22,6 +22,7 @@ public:
 
     void Init() override;
     void SaveLayout(TConfigItem* node) override;
+    // "cbUse.Checked" sets the box; when that changes it, every item follows it.
     void RestoreLayout(TConfigItem* node) override;
     bool IsEmpty() override;
 

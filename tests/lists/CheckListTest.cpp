@@ -96,7 +96,7 @@ TEST_F(CheckList, SaveAndLoadRoundTripPerUserAndKind) {
 }
 
 // "Использовать" checks or clears every item; a change of one item by hand greys it, whatever
-// the items then are; the layout keeps the box, and restoring it sets every item.
+// the items then are; the layout keeps the box, and restoring a change of it sets every item.
 TEST_F(CheckList, UseBoxAndItemsDriveEachOther) {
     TPermissionPattern_LCBF* f = make(5);
     const int n = f->clbSelect->count();
@@ -133,7 +133,8 @@ TEST_F(CheckList, UseBoxAndItemsDriveEachOther) {
     EXPECT_EQ(checkedCount(f), 0);
     EXPECT_EQ(f->cbUse->checkState(), Qt::Unchecked);
 
-    // The layout: "cbUse.Checked" true checks every item of a fresh list, false clears them.
+    // The layout: "cbUse.Checked" true checks every item of a fresh list; false, over a checked box, clears
+    // them.
     QTest::mouseClick(f->cbUse, Qt::LeftButton);
     TConfigItem node;
     f->SaveLayout(&node);
@@ -149,6 +150,14 @@ TEST_F(CheckList, UseBoxAndItemsDriveEachOther) {
     clickItem(g, 0);
     g->RestoreLayout(&none); // no key: the list stays as it is
     EXPECT_EQ(checkedCount(g), 1);
+    // A saved clear box over a list read with its own marks leaves them: the box does not change.
+    TPermissionPattern_LCBF* h = make(9);
+    clickItem(h, 2);
+    h->SaveItems();
+    TPermissionPattern_LCBF* k = make(9);
+    ASSERT_EQ(k->cbUse->checkState(), Qt::Unchecked);
+    k->RestoreLayout(&node); // "cbUse.Checked" false
+    EXPECT_EQ(checkedCount(k), 1);
 }
 
 // The statements follow the frame's settings: without is_used the insert has three columns; a
