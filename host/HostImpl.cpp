@@ -1,4 +1,5 @@
 #include "host/HostImpl.h"
+#include "host/CardChoiceForm.h"
 #include "frames/core/Guard.h"
 #include "frames/core/RunParams.h"
 #include "host/ClassifForm.h"
@@ -66,6 +67,7 @@ std::vector<HostModule>& moduleTable() {
              return form.exec();
          }},
         curHistoryModule(),
+        cardChoiceModule(),
     };
     return modules;
 }

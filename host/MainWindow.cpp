@@ -8,6 +8,7 @@
 #include "host/FilterPanel.h"
 #include "host/HostImpl.h"
 #include "host/ReferenceForms.h"
+#include "host/ReportSettingsForm.h"
 #include "platform/db/Database.h"
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -128,6 +129,16 @@ MainWindow::MainWindow(HostImpl* host, const frames::Registry* registry, QWidget
     QAction* filters =
         docs->addAction(QStringLiteral("Панель &фильтров…"), this, [this] { openFilterPanel(); });
     filters->setObjectName(QStringLiteral("actFilterPanel"));
+    docs->addAction(QStringLiteral("&Настройки отчёта…"), this,
+                    [this] {
+                        frames::guard([this] {
+                            auto* form = new ReportSettingsForm(host_, this);
+                            form->setAttribute(Qt::WA_DeleteOnClose);
+                            form->prepare();
+                            form->show();
+                        });
+                    })
+        ->setObjectName(QStringLiteral("actReportSettings"));
     QToolBar* tb = addToolBar(QStringLiteral("Главная"));
     tb->setObjectName(QStringLiteral("tbMain"));
     tb->addAction(cards);

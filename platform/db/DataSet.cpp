@@ -161,6 +161,13 @@ std::vector<QVariant> DataSet::modifyValues(const Statement& st, const std::vect
                 found = true;
             }
         }
+        // "new_" names the value being written, as "old_" names the value as it was read.
+        if (!found && name.startsWith(QStringLiteral("NEW_"), Qt::CaseInsensitive) && !findField(name)) {
+            if (const Field* f = findField(name.mid(4))) {
+                v = size_t(f->index()) < values.size() ? values[size_t(f->index())] : QVariant();
+                found = true;
+            }
+        }
         if (!found) {
             if (const Field* f = findField(name)) {
                 v = size_t(f->index()) < values.size() ? values[size_t(f->index())] : QVariant();
