@@ -19,8 +19,9 @@ namespace {
 
 // Which frame edits which column of a document, and how it is pointed at it: "components" and
 // "properties" form the description applied to the frame before Init; "value" names the
-// property through which a frame that keeps its own value gets the column's; "name" tells two
-// frames of one class apart; "required" marks a value the document cannot be saved without.
+// property through which a frame that keeps its own value gets the column's; "key" the property
+// that gets the document's key before Init (the pages of the document, kept in the image
+// database and written by the frame itself); "name" tells two frames of one class apart; "required" marks a value the document cannot be saved without.
 const char* const kEditors = R"([
   { "class": "TDBEdit_Frame", "column": "DOC_NUMBER", "required": true,
     "components": { "lbSelect": { "text": "Номер документа" }, "DBEdit": { "DataField": "DOC_NUMBER" } } },
@@ -55,7 +56,10 @@ const char* const kEditors = R"([
   { "class": "TMemoEdit_Frame", "column": "NOTE",
     "components": { "Memo": { "DataField": "NOTE" } } },
   { "class": "TRichEdit_Frame", "column": "DESCRIPTION",
-    "components": { "RichEdit": { "DataField": "DESCRIPTION" } } }
+    "components": { "RichEdit": { "DataField": "DESCRIPTION" } } },
+  { "class": "TfrImages", "column": "ID_PAYMENT_DOC", "key": "KeyValue",
+    "properties": { "TableName": "PAYMENT_DOC_IMAGES", "KeyFieldName": "ID_PAYMENT_DOC" },
+    "components": { "pfImageKind": { "SelectSQL": ["select ID, NAME from IMAGE_KINDS order by ID"] } } }
 ])";
 
 // The filter panel's frames and the columns they filter.
@@ -138,7 +142,8 @@ const QList<EditorSlot>& documentEditors() {
             out.append(EditorSlot{
                 e.value(QStringLiteral("class")).toString(), e.value(QStringLiteral("column")).toString(),
                 descriptionOf(e), e.value(QStringLiteral("value")).toString(),
-                e.value(QStringLiteral("name")).toString(), e.value(QStringLiteral("required")).toBool()});
+                e.value(QStringLiteral("name")).toString(), e.value(QStringLiteral("required")).toBool(),
+                e.value(QStringLiteral("key")).toString()});
         }
         return out;
     }();
