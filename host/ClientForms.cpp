@@ -1,13 +1,12 @@
 #include "host/ClientForms.h"
 #include "host/HostImpl.h"
+#include "host/TableStatements.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
-#include "platform/widgets/DBGrid.h"
 #include <QJsonObject>
 #include <QLabel>
 #include <memory>
-#include <tuple>
 
 namespace workbench {
 
@@ -23,8 +22,9 @@ const char* const kSelect =
     "       c.EMAIL_CLIENTS, c.COMMENT_CLIENTS\n"
     "from CLIENTS c\n";
 
-const char* const kEditable[] = {"NAME_CLIENTS", "FULLNAME_CLIENTS", "INN_CLIENTS",    "KPP_CLIENTS",
-                                 "TEL_CLIENTS",  "EMAIL_CLIENTS",    "COMMENT_CLIENTS"};
+// The columns the card writes back (only while the client's row is still as it was read).
+const QStringList kEditable = {"NAME_CLIENTS", "FULLNAME_CLIENTS", "INN_CLIENTS",    "KPP_CLIENTS",
+                               "TEL_CLIENTS",  "EMAIL_CLIENTS",    "COMMENT_CLIENTS"};
 
 EditorSlot textEditor(const char* column, const QString& caption, bool required = false) {
     const QJsonObject description{
@@ -38,28 +38,6 @@ EditorSlot textEditor(const char* column, const QString& caption, bool required 
                       {},
                       QStringLiteral("TDBEdit_Frame_") + QLatin1String(column),
                       required};
-}
-
-// Writes a client only while his row is still as it was read (see the payment documents).
-QString updateSql() {
-    QStringList sets, unchanged;
-    for (const char* c : kEditable) {
-        sets << QStringLiteral("%1 = :%1").arg(QLatin1String(c));
-        unchanged << QStringLiteral("%1 is not distinct from :old_%1").arg(QLatin1String(c));
-    }
-    return QStringLiteral("update CLIENTS set ") + sets.join(QStringLiteral(", ")) +
-           QStringLiteral("\nwhere ID_CLIENTS = :old_ID_CLIENTS\n  and ") +
-           unchanged.join(QStringLiteral("\n  and "));
-}
-
-QString insertSql() {
-    QStringList names{QStringLiteral("ID_CLIENTS")}, values{QStringLiteral(":ID_CLIENTS")};
-    for (const char* c : kEditable) {
-        names << QLatin1String(c);
-        values << QLatin1Char(':') + QLatin1String(c);
-    }
-    return QStringLiteral("insert into CLIENTS (%1)\nvalues (%2)")
-        .arg(names.join(QStringLiteral(", ")), values.join(QStringLiteral(", ")));
 }
 
 } // namespace
@@ -95,8 +73,9 @@ RecordListForm* makeClientList(HostImpl* host, QWidget* parent) {
     clients->setSelectSql(QString::fromUtf8(kSelect) +
                           QStringLiteral("where c.ID_CLIENTS > -1 order by c.NAME_CLIENTS"));
     clients->setRefreshSql(QString::fromUtf8(kSelect) + QStringLiteral("where c.ID_CLIENTS = :ID_CLIENTS"));
-    clients->setUpdateSql(updateSql());
-    clients->setInsertSql(insertSql());
+    clients->setUpdateSql(
+        checkedUpdateSql(QStringLiteral("CLIENTS"), QStringLiteral("ID_CLIENTS"), kEditable));
+    clients->setInsertSql(insertSql(QStringLiteral("CLIENTS"), QStringLiteral("ID_CLIENTS"), kEditable));
 
     auto owned = std::make_unique<RecordListForm>(host, clients, clientEditors(), parent);
     RecordListForm* form = owned.get();
@@ -120,22 +99,13 @@ RecordListForm* makeClientList(HostImpl* host, QWidget* parent) {
     });
     clients->open();
 
-    const std::initializer_list<std::tuple<const char*, QString, int>> columns = {
-        {"NAME_CLIENTS", QStringLiteral("Клиент"), 260}, {"INN_CLIENTS", QStringLiteral("ИНН"), 110},
-        {"TEL_CLIENTS", QStringLiteral("Телефон"), 130}, {"EMAIL_CLIENTS", QStringLiteral("Почта"), 180},
-        {"ID_CLIENTS", QStringLiteral("Код"), 60},
-    };
-    QStringList fields;
-    QVariantMap captions;
-    for (const auto& [field, caption, width] : columns) {
-        fields << QLatin1String(field);
-        captions.insert(QLatin1String(field), caption);
-    }
-    frames::ui::DBGrid* grid = form->grid();
-    grid->setColumns(fields);
-    grid->setCaptions(captions);
-    for (const auto& [field, caption, width] : columns)
-        grid->setColumnWidth(grid->columnOfField(field), width);
+    setGridColumns(form->grid(), {
+                                     {"NAME_CLIENTS", QStringLiteral("Клиент"), 260},
+                                     {"INN_CLIENTS", QStringLiteral("ИНН"), 110},
+                                     {"TEL_CLIENTS", QStringLiteral("Телефон"), 130},
+                                     {"EMAIL_CLIENTS", QStringLiteral("Почта"), 180},
+                                     {"ID_CLIENTS", QStringLiteral("Код"), 60},
+                                 });
     return owned.release();
 }
 

@@ -1,5 +1,6 @@
 #include "host/DocumentForms.h"
 #include "host/HostImpl.h"
+#include "host/TableStatements.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
@@ -9,7 +10,6 @@
 #include <QLabel>
 #include <memory>
 #include <stdexcept>
-#include <tuple>
 
 namespace workbench {
 
@@ -21,7 +21,8 @@ namespace {
 // "properties" form the description applied to the frame before Init; "value" names the
 // property through which a frame that keeps its own value gets the column's; "key" the property
 // that gets the document's key before Init (the pages of the document, kept in the image
-// database and written by the frame itself); "name" tells two frames of one class apart; "required" marks a value the document cannot be saved without.
+// database and written by the frame itself); "name" tells two frames of one class apart; "required" marks a
+// value the document cannot be saved without.
 const char* const kEditors = R"([
   { "class": "TDBEdit_Frame", "column": "DOC_NUMBER", "required": true,
     "components": { "lbSelect": { "text": "Номер документа" }, "DBEdit": { "DataField": "DOC_NUMBER" } } },
@@ -102,35 +103,11 @@ const char* const kSelect =
     "  left join CUR_TYPE cu on cu.ID_CUR_TYPE = d.CUR_TYPE\n"
     "  left join CLIENTS c on c.ID_CLIENTS = d.LINK_TO_CLIENT\n";
 
-// The columns a document's edit writes back.
-const char* const kEditable[] = {
+// The columns a document's edit writes back (only while the document is still as it was read).
+const QStringList kEditable = {
     "DOC_NUMBER", "DOC_DATE",     "DOC_TIME",  "CREATED",    "DOC_MONTH",      "STATUS",     "AMOUNT",
     "QUANTITY",   "CUR_TYPE",     "CURS",      "EMAIL",      "SITE",           "NOTE",       "DESCRIPTION",
     "ARTICUL",    "PAYMENT_KIND", "DOC_INDEX", "PRICE_TYPE", "LINK_TO_CLIENT", "IS_CHECKED", "IS_PAID"};
-
-// Writes a document only while it is still as it was read: every column the edit writes must
-// hold its old value, else no row is updated and the dataset reports that another user changed
-// the document in between.
-QString updateSql() {
-    QStringList sets, unchanged;
-    for (const char* c : kEditable) {
-        sets << QStringLiteral("%1 = :%1").arg(QLatin1String(c));
-        unchanged << QStringLiteral("%1 is not distinct from :old_%1").arg(QLatin1String(c));
-    }
-    return QStringLiteral("update PAYMENT_DOC set ") + sets.join(QStringLiteral(", ")) +
-           QStringLiteral("\nwhere ID_PAYMENT_DOC = :old_ID_PAYMENT_DOC\n  and ") +
-           unchanged.join(QStringLiteral("\n  and "));
-}
-
-QString insertSql() {
-    QStringList names{QStringLiteral("ID_PAYMENT_DOC")}, values{QStringLiteral(":ID_PAYMENT_DOC")};
-    for (const char* c : kEditable) {
-        names << QLatin1String(c);
-        values << QLatin1Char(':') + QLatin1String(c);
-    }
-    return QStringLiteral("insert into PAYMENT_DOC (%1)\nvalues (%2)")
-        .arg(names.join(QStringLiteral(", ")), values.join(QStringLiteral(", ")));
-}
 
 } // namespace
 
@@ -181,8 +158,9 @@ RecordListForm* makeDocumentList(HostImpl* host, QWidget* parent) {
     docs->setSelectSql(QString::fromUtf8(kSelect) + QStringLiteral("order by d.DOC_DATE, d.DOC_NUMBER"));
     docs->setRefreshSql(QString::fromUtf8(kSelect) +
                         QStringLiteral("where d.ID_PAYMENT_DOC = :ID_PAYMENT_DOC"));
-    docs->setUpdateSql(updateSql());
-    docs->setInsertSql(insertSql());
+    docs->setUpdateSql(
+        checkedUpdateSql(QStringLiteral("PAYMENT_DOC"), QStringLiteral("ID_PAYMENT_DOC"), kEditable));
+    docs->setInsertSql(insertSql(QStringLiteral("PAYMENT_DOC"), QStringLiteral("ID_PAYMENT_DOC"), kEditable));
     // The number editors take their display format from the kind of the amount (Tag): amounts
     // in the document's currency 2, amounts in roubles 1, quantities 0. A rate is no amount: its
     // editor keeps its own four decimals.
@@ -229,25 +207,20 @@ RecordListForm* makeDocumentList(HostImpl* host, QWidget* parent) {
     });
 
     docs->open();
-    frames::ui::DBGrid* grid = form->grid();
-    const std::initializer_list<std::tuple<const char*, QString, int>> columns = {
-        {"DOC_NUMBER", QStringLiteral("Номер"), 90},        {"DOC_DATE", QStringLiteral("Дата"), 80},
-        {"DOC_TIME", QStringLiteral("Время"), 70},          {"STATUS", QStringLiteral("Состояние"), 80},
-        {"NAME_CLIENTS", QStringLiteral("Клиент"), 220},    {"AMOUNT", QStringLiteral("Сумма"), 100},
-        {"CUR_NAME", QStringLiteral("Валюта"), 60},         {"CURS", QStringLiteral("Курс"), 70},
-        {"AMOUNT_RUB", QStringLiteral("Сумма, руб."), 110}, {"QUANTITY", QStringLiteral("Кол-во"), 70},
-        {"PAYMENT_KIND", QStringLiteral("Вид оплаты"), 80}, {"DOC_MONTH", QStringLiteral("Месяц"), 80},
-    };
-    QStringList fields;
-    QVariantMap captions;
-    for (const auto& [field, caption, width] : columns) {
-        fields << QLatin1String(field);
-        captions.insert(QLatin1String(field), caption);
-    }
-    grid->setColumns(fields);
-    grid->setCaptions(captions);
-    for (const auto& [field, caption, width] : columns)
-        grid->setColumnWidth(grid->columnOfField(field), width);
+    setGridColumns(form->grid(), {
+                                     {"DOC_NUMBER", QStringLiteral("Номер"), 90},
+                                     {"DOC_DATE", QStringLiteral("Дата"), 80},
+                                     {"DOC_TIME", QStringLiteral("Время"), 70},
+                                     {"STATUS", QStringLiteral("Состояние"), 80},
+                                     {"NAME_CLIENTS", QStringLiteral("Клиент"), 220},
+                                     {"AMOUNT", QStringLiteral("Сумма"), 100},
+                                     {"CUR_NAME", QStringLiteral("Валюта"), 60},
+                                     {"CURS", QStringLiteral("Курс"), 70},
+                                     {"AMOUNT_RUB", QStringLiteral("Сумма, руб."), 110},
+                                     {"QUANTITY", QStringLiteral("Кол-во"), 70},
+                                     {"PAYMENT_KIND", QStringLiteral("Вид оплаты"), 80},
+                                     {"DOC_MONTH", QStringLiteral("Месяц"), 80},
+                                 });
     return owned.release();
 }
 

@@ -29,17 +29,7 @@ protected:
         wb->openDatabase(databasePath());
         ASSERT_NE(wb->ImageDatabase(), nullptr);
     }
-    QVariant imageValue(const QString& sql) const {
-        db::Transaction tr(wb->ImageDatabase(), db::TransactionOptions::read());
-        tr.start();
-        db::Query q(wb->ImageDatabase(), &tr);
-        q.setSql(sql);
-        q.open();
-        const QVariant v = q.next() ? q.value(0) : QVariant();
-        q.close();
-        tr.commit();
-        return v;
-    }
+    QVariant imageValue(const QString& sql) const { return firstRow(wb->ImageDatabase(), sql).value(0); }
     std::unique_ptr<RecordListForm> documents(int id) {
         std::unique_ptr<RecordListForm> list(workbench::makeDocumentList(wb.get()));
         EXPECT_TRUE(list->records()->locate("ID_PAYMENT_DOC", id));

@@ -39,17 +39,7 @@ protected:
         host = std::move(h);
     }
     QVariantList imageRow(const QString& sql) const {
-        db::Transaction tr(images->imageDatabase.get(), db::TransactionOptions::read());
-        tr.start();
-        db::Query q(images->imageDatabase.get(), &tr);
-        q.setSql(sql);
-        q.open();
-        QVariantList values;
-        if (q.next())
-            for (int i = 0; i < q.columnCount(); ++i) values << q.value(i);
-        q.close();
-        tr.commit();
-        return values;
+        return test::firstRow(images->imageDatabase.get(), sql);
     }
 
     // The pages of a payment document, as the workbench's document dialog shows them.

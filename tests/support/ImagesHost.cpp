@@ -1,4 +1,5 @@
 #include "tests/support/ImagesHost.h"
+#include "platform/db/Query.h"
 #include "schema/DemoDatabase.h"
 #include <QDir>
 #include <QFile>
@@ -22,6 +23,20 @@ bool ImagesTestHost::ConfirmBox(const QString& text, const QString& caption) {
     const bool a = confirmations.front();
     confirmations.pop_front();
     return a;
+}
+
+QVariantList firstRow(db::Database* database, const QString& sql) {
+    db::Transaction tr(database, db::TransactionOptions::read());
+    tr.start();
+    db::Query q(database, &tr);
+    q.setSql(sql);
+    q.open();
+    QVariantList values;
+    if (q.next())
+        for (int i = 0; i < q.columnCount(); ++i) values << q.value(i);
+    q.close();
+    tr.commit();
+    return values;
 }
 
 QString copyDemoImageDatabase(const QString& databasePath) {

@@ -26,6 +26,9 @@ public:
     std::deque<bool> confirmations;
 };
 
+// The first row of a select on that database, in a transaction of its own (empty: no row).
+QVariantList firstRow(db::Database* database, const QString& sql);
+
 // A copy of the demo image database (built once per run by the demo fixture) beside a test's
 // database, under the name the host looks for (<name>_images.fdb); returns its path.
 QString copyDemoImageDatabase(const QString& databasePath);
