@@ -2,7 +2,6 @@
 #include "host/HostImpl.h"
 #include "host/TableStatements.h"
 #include "platform/db/DataSet.h"
-#include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
 #include <QJsonObject>
 #include <QLabel>
@@ -87,15 +86,10 @@ RecordListForm* makeClientList(HostImpl* host, QWidget* parent) {
             QStringLiteral("Двойной щелчок или «Изменить…» открывает карточку клиента с его адресом."));
     auto* writeTr = new db::Transaction(host->RvDatabase(), db::TransactionOptions::writeNoWait(), form);
     form->setWriteTransaction(writeTr);
-    clients->onNewRecord.connect([host, writeTr](db::AbstractDataSet& ds) {
+    clients->onNewRecord.connect([writeTr](db::AbstractDataSet& ds) {
         // The new client's key at once: his address is stored under it.
-        writeTr->ensureStarted();
-        db::Query q(host->RvDatabase(), writeTr);
-        q.setSql(QStringLiteral("select gen_id(GEN_CLIENTS_ID, 1) from rdb$database"));
-        q.open();
-        const int id = q.next() ? q.value(0).toInt() : 0;
-        q.close();
-        ds.fieldByName(QStringLiteral("ID_CLIENTS"))->setValue(id);
+        ds.fieldByName(QStringLiteral("ID_CLIENTS"))
+            ->setValue(nextKey(writeTr, QStringLiteral("GEN_CLIENTS_ID")));
     });
     clients->open();
 

@@ -182,14 +182,7 @@ RecordListForm* makeDocumentList(HostImpl* host, QWidget* parent) {
     form->setWriteTransaction(writeTr);
 
     docs->onNewRecord.connect([host, writeTr](db::AbstractDataSet& ds) {
-        // A new document takes its number from the generator at once, so that the row can be
-        // read again after it was posted.
-        writeTr->ensureStarted();
-        db::Query q(host->RvDatabase(), writeTr);
-        q.setSql(QStringLiteral("select gen_id(GEN_PAYMENT_DOC_ID, 1) from rdb$database"));
-        q.open();
-        const int id = q.next() ? q.value(0).toInt() : 0;
-        q.close();
+        const int id = nextKey(writeTr, QStringLiteral("GEN_PAYMENT_DOC_ID"));
         const QDateTime now = host->Now();
         ds.fieldByName(QStringLiteral("ID_PAYMENT_DOC"))->setValue(id);
         ds.fieldByName(QStringLiteral("DOC_NUMBER"))

@@ -1,4 +1,6 @@
 #include "host/TableStatements.h"
+#include "platform/db/Query.h"
+#include "platform/db/Transaction.h"
 #include "platform/widgets/DBGrid.h"
 #include <QVariantMap>
 
@@ -23,6 +25,16 @@ QString insertSql(const QString& table, const QString& key, const QStringList& c
     }
     return QStringLiteral("insert into %1 (%2)\nvalues (%3)")
         .arg(table, names.join(QStringLiteral(", ")), values.join(QStringLiteral(", ")));
+}
+
+int nextKey(frames::db::Transaction* tr, const QString& generator) {
+    tr->ensureStarted();
+    frames::db::Query q(tr->database(), tr);
+    q.setSql(QStringLiteral("select gen_id(%1, 1) from rdb$database").arg(generator));
+    q.open();
+    const int id = q.next() ? q.value(0).toInt() : 0;
+    q.close();
+    return id;
 }
 
 void setGridColumns(frames::ui::DBGrid* grid, const QList<GridColumn>& columns) {
