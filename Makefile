@@ -3,7 +3,10 @@ BUILD ?= build
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 PACKAGES := cmake ninja-build g++ qt6-base-dev qt6-charts-dev qt6-translations-l10n libgl-dev firebird3.0-server-core \
             firebird3.0-server firebird3.0-utils \
-            firebird-dev libfbclient2 libgtest-dev libgmock-dev libbenchmark-dev
+            firebird-dev libfbclient2 libgtest-dev libgmock-dev libbenchmark-dev \
+            libsane-dev libsane1
+# libsane-dev: the scanner module (scanner/) is built on SANE; libsane1 also holds SANE's "test"
+# backend, the device the tests scan from.
 # Only the benchmarks use it: Qt SQL's Firebird driver, the alternative they compare with.
 BENCH_PACKAGES := libqt6sql6-ibase
 JOBS ?= $(shell nproc)

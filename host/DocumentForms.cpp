@@ -1,5 +1,6 @@
 #include "host/DocumentForms.h"
 #include "host/HostImpl.h"
+#include "host/TableStatements.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
@@ -9,7 +10,6 @@
 #include <QLabel>
 #include <memory>
 #include <stdexcept>
-#include <tuple>
 
 namespace workbench {
 
@@ -19,8 +19,10 @@ namespace {
 
 // Which frame edits which column of a document, and how it is pointed at it: "components" and
 // "properties" form the description applied to the frame before Init; "value" names the
-// property through which a frame that keeps its own value gets the column's; "name" tells two
-// frames of one class apart; "required" marks a value the document cannot be saved without.
+// property through which a frame that keeps its own value gets the column's; "key" the property
+// that gets the document's key before Init (the pages of the document, kept in the image
+// database and written by the frame itself); "name" tells two frames of one class apart; "required" marks a
+// value the document cannot be saved without.
 const char* const kEditors = R"([
   { "class": "TDBEdit_Frame", "column": "DOC_NUMBER", "required": true,
     "components": { "lbSelect": { "text": "Номер документа" }, "DBEdit": { "DataField": "DOC_NUMBER" } } },
@@ -55,7 +57,10 @@ const char* const kEditors = R"([
   { "class": "TMemoEdit_Frame", "column": "NOTE",
     "components": { "Memo": { "DataField": "NOTE" } } },
   { "class": "TRichEdit_Frame", "column": "DESCRIPTION",
-    "components": { "RichEdit": { "DataField": "DESCRIPTION" } } }
+    "components": { "RichEdit": { "DataField": "DESCRIPTION" } } },
+  { "class": "TfrImages", "column": "ID_PAYMENT_DOC", "key": "KeyValue",
+    "properties": { "TableName": "PAYMENT_DOC_IMAGES", "KeyFieldName": "ID_PAYMENT_DOC" },
+    "components": { "pfImageKind": { "SelectSQL": ["select ID, NAME from IMAGE_KINDS order by ID"] } } }
 ])";
 
 // The filter panel's frames and the columns they filter.
@@ -98,35 +103,11 @@ const char* const kSelect =
     "  left join CUR_TYPE cu on cu.ID_CUR_TYPE = d.CUR_TYPE\n"
     "  left join CLIENTS c on c.ID_CLIENTS = d.LINK_TO_CLIENT\n";
 
-// The columns a document's edit writes back.
-const char* const kEditable[] = {
+// The columns a document's edit writes back (only while the document is still as it was read).
+const QStringList kEditable = {
     "DOC_NUMBER", "DOC_DATE",     "DOC_TIME",  "CREATED",    "DOC_MONTH",      "STATUS",     "AMOUNT",
     "QUANTITY",   "CUR_TYPE",     "CURS",      "EMAIL",      "SITE",           "NOTE",       "DESCRIPTION",
     "ARTICUL",    "PAYMENT_KIND", "DOC_INDEX", "PRICE_TYPE", "LINK_TO_CLIENT", "IS_CHECKED", "IS_PAID"};
-
-// Writes a document only while it is still as it was read: every column the edit writes must
-// hold its old value, else no row is updated and the dataset reports that another user changed
-// the document in between.
-QString updateSql() {
-    QStringList sets, unchanged;
-    for (const char* c : kEditable) {
-        sets << QStringLiteral("%1 = :%1").arg(QLatin1String(c));
-        unchanged << QStringLiteral("%1 is not distinct from :old_%1").arg(QLatin1String(c));
-    }
-    return QStringLiteral("update PAYMENT_DOC set ") + sets.join(QStringLiteral(", ")) +
-           QStringLiteral("\nwhere ID_PAYMENT_DOC = :old_ID_PAYMENT_DOC\n  and ") +
-           unchanged.join(QStringLiteral("\n  and "));
-}
-
-QString insertSql() {
-    QStringList names{QStringLiteral("ID_PAYMENT_DOC")}, values{QStringLiteral(":ID_PAYMENT_DOC")};
-    for (const char* c : kEditable) {
-        names << QLatin1String(c);
-        values << QLatin1Char(':') + QLatin1String(c);
-    }
-    return QStringLiteral("insert into PAYMENT_DOC (%1)\nvalues (%2)")
-        .arg(names.join(QStringLiteral(", ")), values.join(QStringLiteral(", ")));
-}
 
 } // namespace
 
@@ -138,7 +119,8 @@ const QList<EditorSlot>& documentEditors() {
             out.append(EditorSlot{
                 e.value(QStringLiteral("class")).toString(), e.value(QStringLiteral("column")).toString(),
                 descriptionOf(e), e.value(QStringLiteral("value")).toString(),
-                e.value(QStringLiteral("name")).toString(), e.value(QStringLiteral("required")).toBool()});
+                e.value(QStringLiteral("name")).toString(), e.value(QStringLiteral("required")).toBool(),
+                e.value(QStringLiteral("key")).toString()});
         }
         return out;
     }();
@@ -176,8 +158,9 @@ RecordListForm* makeDocumentList(HostImpl* host, QWidget* parent) {
     docs->setSelectSql(QString::fromUtf8(kSelect) + QStringLiteral("order by d.DOC_DATE, d.DOC_NUMBER"));
     docs->setRefreshSql(QString::fromUtf8(kSelect) +
                         QStringLiteral("where d.ID_PAYMENT_DOC = :ID_PAYMENT_DOC"));
-    docs->setUpdateSql(updateSql());
-    docs->setInsertSql(insertSql());
+    docs->setUpdateSql(
+        checkedUpdateSql(QStringLiteral("PAYMENT_DOC"), QStringLiteral("ID_PAYMENT_DOC"), kEditable));
+    docs->setInsertSql(insertSql(QStringLiteral("PAYMENT_DOC"), QStringLiteral("ID_PAYMENT_DOC"), kEditable));
     // The number editors take their display format from the kind of the amount (Tag): amounts
     // in the document's currency 2, amounts in roubles 1, quantities 0. A rate is no amount: its
     // editor keeps its own four decimals.
@@ -199,14 +182,7 @@ RecordListForm* makeDocumentList(HostImpl* host, QWidget* parent) {
     form->setWriteTransaction(writeTr);
 
     docs->onNewRecord.connect([host, writeTr](db::AbstractDataSet& ds) {
-        // A new document takes its number from the generator at once, so that the row can be
-        // read again after it was posted.
-        writeTr->ensureStarted();
-        db::Query q(host->RvDatabase(), writeTr);
-        q.setSql(QStringLiteral("select gen_id(GEN_PAYMENT_DOC_ID, 1) from rdb$database"));
-        q.open();
-        const int id = q.next() ? q.value(0).toInt() : 0;
-        q.close();
+        const int id = nextKey(writeTr, QStringLiteral("GEN_PAYMENT_DOC_ID"));
         const QDateTime now = host->Now();
         ds.fieldByName(QStringLiteral("ID_PAYMENT_DOC"))->setValue(id);
         ds.fieldByName(QStringLiteral("DOC_NUMBER"))
@@ -224,26 +200,20 @@ RecordListForm* makeDocumentList(HostImpl* host, QWidget* parent) {
     });
 
     docs->open();
-    frames::ui::DBGrid* grid = form->grid();
-    const std::initializer_list<std::tuple<const char*, QString, int>> columns = {
-        {"DOC_NUMBER", QStringLiteral("Номер"), 90},        {"DOC_DATE", QStringLiteral("Дата"), 80},
-        {"DOC_TIME", QStringLiteral("Время"), 70},          {"STATUS", QStringLiteral("Состояние"), 80},
-        {"NAME_CLIENTS", QStringLiteral("Клиент"), 220},    {"AMOUNT", QStringLiteral("Сумма"), 100},
-        {"CUR_NAME", QStringLiteral("Валюта"), 60},         {"CURS", QStringLiteral("Курс"), 70},
-        {"AMOUNT_RUB", QStringLiteral("Сумма, руб."), 110}, {"QUANTITY", QStringLiteral("Кол-во"), 70},
-        {"PAYMENT_KIND", QStringLiteral("Вид оплаты"), 80}, {"DOC_MONTH", QStringLiteral("Месяц"), 80},
-    };
-    QStringList fields;
-    QVariantMap captions;
-    for (const auto& [field, caption, width] : columns) {
-        fields << QLatin1String(field);
-        captions.insert(QLatin1String(field), caption);
-    }
-    grid->setColumns(fields);
-    grid->setCaptions(captions);
-    for (const auto& [field, caption, width] : columns)
-        grid->setColumnWidth(grid->columnOfField(field), width);
-    grid->widenColumnsToContents();
+    setGridColumns(form->grid(), {
+                                     {"DOC_NUMBER", QStringLiteral("Номер"), 90},
+                                     {"DOC_DATE", QStringLiteral("Дата"), 80},
+                                     {"DOC_TIME", QStringLiteral("Время"), 70},
+                                     {"STATUS", QStringLiteral("Состояние"), 80},
+                                     {"NAME_CLIENTS", QStringLiteral("Клиент"), 220},
+                                     {"AMOUNT", QStringLiteral("Сумма"), 100},
+                                     {"CUR_NAME", QStringLiteral("Валюта"), 60},
+                                     {"CURS", QStringLiteral("Курс"), 70},
+                                     {"AMOUNT_RUB", QStringLiteral("Сумма, руб."), 110},
+                                     {"QUANTITY", QStringLiteral("Кол-во"), 70},
+                                     {"PAYMENT_KIND", QStringLiteral("Вид оплаты"), 80},
+                                     {"DOC_MONTH", QStringLiteral("Месяц"), 80},
+                                 });
     return owned.release();
 }
 

@@ -350,6 +350,13 @@ void FrameEditDialog::prepare() {
         if (!s.description.isEmpty()) frames::FormLoader::applyDescription(f, s.description, s.className);
         applyFrameParams(f);
         f->SetRequired(s.required);
+        if (!s.keyProperty.isEmpty()) {
+            // The record's key, which the frame needs before Init reads its data.
+            const QVariant key = record->fieldByName(s.column)->value();
+            if (!f->setProperty(s.keyProperty.toLatin1().constData(), key.isNull() ? QVariant(-1) : key))
+                throw std::runtime_error(
+                    QStringLiteral("%1 has no property %2").arg(s.className, s.keyProperty).toStdString());
+        }
         hosted_->open(f);
         if (viewOnly_) f->SetReadOnly(true);
         if (!s.valueProperty.isEmpty()) {

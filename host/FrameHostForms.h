@@ -31,7 +31,9 @@ class HostImpl;
 //  - description: applied to the frame after it was made and before Init, as a form description
 //    (the bound control's DataField, a caption, the items of a combo …);
 //  - valueProperty: for a frame that does not bind itself, "Component.Property" (or "Property"
-//    of the frame) through which the dialog hands it the column's value and takes it back on OK.
+//    of the frame) through which the dialog hands it the column's value and takes it back on OK;
+//  - keyProperty: for a frame that keeps data of its own about the record (its pages, its
+//    address), the frame's property that gets the column's value (the record's key) before Init.
 struct EditorSlot {
     QString className;
     QString column;
@@ -42,6 +44,7 @@ struct EditorSlot {
     QString name;
     // The record cannot be saved while this frame holds no value.
     bool required = false;
+    QString keyProperty = {};
 
     QString frameName() const { return name.isEmpty() ? className : name; }
 };

@@ -9,6 +9,7 @@
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
 #include "platform/widgets/DBGrid.h"
+#include "schema/DemoDatabase.h"
 #include <QApplication>
 #include <QDateTime>
 #include <QDesktopServices>
@@ -150,10 +151,33 @@ void HostImpl::openDatabase(const QString& connectString) {
         throw db::Error::configuration(
             QStringLiteral("Пользователь «%1» не зарегистрирован в базе данных").arg(userName()));
     }
+    openImageDatabase(connectString);
     TraceText(QStringLiteral("Database opened: %1 (user %2, session %3)")
                   .arg(connectString, userName())
                   .arg(session_),
               1);
+}
+
+void HostImpl::openImageDatabase(const QString& connectString) {
+    imageDatabase_.reset();
+    const QString path = frames::schema::imageDatabasePath(connectString);
+    // A local database without its image database simply has none: the image frames say so.
+    if (!db::Database::isRemote(path) && !QFileInfo::exists(path)) {
+        TraceText(QStringLiteral("No image database: %1").arg(path), 1);
+        return;
+    }
+    db::Database::Options options;
+    options.user = userName();
+    options.password = settings_.password;
+    auto images = std::make_unique<db::Database>();
+    try {
+        images->open(path, options);
+    } catch (const db::Error& e) {
+        TraceText(QStringLiteral("Image database not opened: %1: %2").arg(path, e.text()), 1);
+        return;
+    }
+    imageDatabase_ = std::move(images);
+    TraceText(QStringLiteral("Image database opened: %1").arg(path), 1);
 }
 
 bool HostImpl::reconnect() {
@@ -161,6 +185,7 @@ bool HostImpl::reconnect() {
     try {
         database_->reconnect();
         readTransaction_->start();
+        if (imageDatabase_) imageDatabase_->reconnect();
         rights_.clear();
         readRunConstants();
     } catch (...) {
@@ -194,6 +219,13 @@ void HostImpl::ConnectionLost(const QString& text) {
 }
 
 void HostImpl::closeDatabase() {
+    if (imageDatabase_) {
+        try {
+            imageDatabase_->close();
+        } catch (const db::Error&) {
+        }
+    }
+    imageDatabase_.reset();
     if (readTransaction_) {
         try {
             if (readTransaction_->active()) readTransaction_->commit();
@@ -322,6 +354,11 @@ void HostImpl::ErrorBox(const QString& text) {
         QMessageBox::critical(QApplication::activeWindow(), QStringLiteral("Ошибка"), text);
 }
 
+void HostImpl::ErrorBox(const QString& text, const QString& caption) {
+    message(QStringLiteral("error"), text);
+    if (settings_.interactive) QMessageBox::critical(QApplication::activeWindow(), caption, text);
+}
+
 void HostImpl::ErrorBoxEx(const QString& text, int detail) {
     message(QStringLiteral("error"), QStringLiteral("%1 (%2)").arg(text).arg(detail));
     if (settings_.interactive) {
@@ -353,6 +390,13 @@ bool HostImpl::QuestionBox(const QString& text) {
     if (!settings_.interactive) return false;
     return QMessageBox::question(QApplication::activeWindow(), QStringLiteral("Вопрос"), text,
                                  QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) == QMessageBox::Yes;
+}
+
+bool HostImpl::ConfirmBox(const QString& text, const QString& caption) {
+    message(QStringLiteral("question"), text);
+    if (!settings_.interactive) return false;
+    return QMessageBox::warning(QApplication::activeWindow(), caption, text,
+                                QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Ok) == QMessageBox::Ok;
 }
 
 // ---- configuration

@@ -1,6 +1,7 @@
 #pragma once
 #include "frames/core/ConfigItem.h"
 #include "frames/core/Host.h"
+#include "frames/core/HostBoxes.h"
 #include "host/ReferenceForms.h"
 #include <QHash>
 #include <QJsonObject>
@@ -37,7 +38,7 @@ void registerHostModule(HostModule module);
 // The workbench's implementation of every host service: database module with its read
 // transaction, module runner over the reference form table, message boxes, configuration,
 // per-user profile (configuration overrides, ini file, trace log, layout tree).
-class HostImpl : public frames::Host {
+class HostImpl : public frames::Host, public frames::HostBoxes {
 public:
     struct Settings {
         // Folder that holds one profile folder per user; empty: the application data folder.
@@ -97,11 +98,13 @@ public:
 
     // ---- messages
     void ErrorBox(const QString& text) override;
+    void ErrorBox(const QString& text, const QString& caption) override; // HostBoxes
     void ErrorBoxEx(const QString& text, int detail) override;
     void WarningBox(const QString& text) override;
     void WarningBox(const QString& text, const QString& caption) override;
     void InfoBox(const QString& text) override;
     bool QuestionBox(const QString& text) override;
+    bool ConfirmBox(const QString& text, const QString& caption) override; // HostBoxes
 
     // ---- configuration
     int GetIntValue(const QString& key) const override;
@@ -117,7 +120,8 @@ public:
     // ---- database module
     frames::db::Database* RvDatabase() const override { return database_.get(); }
     frames::db::Transaction* pfReadTransaction() const override { return readTransaction_.get(); }
-    frames::db::Database* ImageDatabase() const override { return database_.get(); }
+    // The image database beside the main one (<name>_images.fdb), when there is one.
+    frames::db::Database* ImageDatabase() const override { return imageDatabase_.get(); }
     bool IsFuncRights(const QString& functionName) const override;
     // Told once per loss; offers to reconnect (without a user: recorded, not asked).
     void ConnectionLost(const QString& text) override;
@@ -140,6 +144,7 @@ public:
 private:
     void message(const QString& kind, const QString& text);
     void readRunConstants();
+    void openImageDatabase(const QString& connectString);
     // Reads config.json; an unreadable one (not JSON, not an object, a value of the wrong kind)
     // is moved aside like layout.json and the defaults are used.
     void loadConfig();
@@ -148,6 +153,7 @@ private:
     Settings settings_;
     std::unique_ptr<frames::db::Database> database_;
     std::unique_ptr<frames::db::Transaction> readTransaction_;
+    std::unique_ptr<frames::db::Database> imageDatabase_;
     frames::TConfigItem layout_{QStringLiteral("Layout")};
     QJsonObject config_;
     QStringList messages_;

@@ -4,6 +4,7 @@
 #include "frames/core/Guard.h"
 #include "frames/core/Registry.h"
 #include "host/CardForms.h"
+#include "host/ClientForms.h"
 #include "host/DocumentForms.h"
 #include "host/FilterPanel.h"
 #include "host/HostImpl.h"
@@ -116,6 +117,9 @@ MainWindow::MainWindow(HostImpl* host, const frames::Registry* registry, QWidget
     file->addAction(QStringLiteral("&Выход"), this, &QWidget::close);
     QMenu* forms = menuBar()->addMenu(QStringLiteral("&Справочники"));
     QAction* cards = forms->addAction(QStringLiteral("&Карточки товаров…"), this, [this] { openCardList(); });
+    QAction* clients =
+        forms->addAction(QStringLiteral("К&лиенты (карточки клиентов)…"), this, [this] { openClientList(); });
+    clients->setObjectName(QStringLiteral("actClients"));
     forms->addSeparator();
     for (const auto& def : referenceForms()) {
         const QString name = def.name;
@@ -285,7 +289,9 @@ bool MainWindow::hasHostForm(const QString& className) const {
     const frames::FrameClass* c = registry_->find(className);
     if (!c) return false;
     if (c->family == QLatin1String("lookup") || className == QLatin1String("TReportChart_EF")) return true;
-    return c->family == QLatin1String("edit") && (editsDocuments(className) || findDocumentFilter(className));
+    if (className == QLatin1String("TfrAddress")) return true; // on the client's card
+    return (c->family == QLatin1String("edit") || c->family == QLatin1String("media")) &&
+           (editsDocuments(className) || findDocumentFilter(className));
 }
 
 void MainWindow::openHostOfFrame(const QString& className) {
@@ -297,8 +303,23 @@ void MainWindow::openHostOfFrame(const QString& className) {
         openFilterPanel(className);
     else if (className == QLatin1String("TReportChart_EF"))
         openFilterPanel(); // the chart of the report's result, under the filters
+    else if (className == QLatin1String("TfrAddress"))
+        openClientList();
     else if (editsDocuments(className))
         openDocumentList(className);
+}
+
+RecordListForm* MainWindow::openClientList() {
+    if (!clientList_) {
+        RecordListForm* form = nullptr;
+        if (!frames::guard([&] { form = makeClientList(host_, this); })) return nullptr;
+        form->setAttribute(Qt::WA_DeleteOnClose);
+        clientList_ = form;
+    }
+    clientList_->show();
+    clientList_->raise();
+    clientList_->activateWindow();
+    return clientList_;
 }
 
 RecordListForm* MainWindow::openDocumentList(const QString& focusClass) {
@@ -377,6 +398,7 @@ void MainWindow::closeEvent(QCloseEvent* e) {
     if (cardList_) cardList_->close();
     if (recordList_) recordList_->close();
     if (documentList_) documentList_->close();
+    if (clientList_) clientList_->close();
     if (filterPanel_) filterPanel_->close();
     closeFrame();
     host_->saveLayout();

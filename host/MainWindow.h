@@ -42,6 +42,8 @@ public:
     RecordListForm* openOnEditDialog(const QString& className);
     // The payment documents; their edit dialog gives the focus to the frame of that class first.
     RecordListForm* openDocumentList(const QString& focusClass = {});
+    // The clients, whose edit dialog is the client's card with his address.
+    RecordListForm* openClientList();
     // The filter panel, with the frame of that class in view.
     FilterPanelForm* openFilterPanel(const QString& focusClass = {});
     // What "На форме редактирования…" opens for the frame shown: the record list of a lookup,
@@ -81,6 +83,7 @@ private:
     QPointer<CardListForm> cardList_;
     QPointer<RecordListForm> recordList_;
     QPointer<RecordListForm> documentList_;
+    QPointer<RecordListForm> clientList_;
     QPointer<FilterPanelForm> filterPanel_;
 };
 

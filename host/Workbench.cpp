@@ -477,7 +477,7 @@ int run(int argc, char** argv) {
 
     QString path = options.database;
     // The demo database is never replaced while this session uses it.
-    std::unique_ptr<frames::schema::DemoDatabaseLock> demoClaim;
+    std::unique_ptr<frames::schema::DemoDatabaseLock> demoClaim, imagesClaim;
     try {
         if (path.isEmpty()) {
             path = defaultDatabasePath();
@@ -488,6 +488,12 @@ int run(int argc, char** argv) {
             if (!previous.isEmpty())
                 std::printf("The previous demo database, made from older scripts, is kept as %s\n",
                             qPrintable(QDir::toNativeSeparators(previous)));
+            // Its image database beside it, with the demo documents' pages.
+            const QString images = frames::schema::imageDatabasePath(path);
+            imagesClaim = std::make_unique<frames::schema::DemoDatabaseLock>(images);
+            if (frames::schema::ensureDemoDatabase(images, &previous, imagesClaim.get(), 120000,
+                                                   frames::schema::imageScripts()))
+                std::printf("Demo image database created at %s\n", qPrintable(QDir::toNativeSeparators(images)));
         }
         host.openDatabase(path);
     } catch (const frames::db::Error& e) {

@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QThread>
+#include <algorithm>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -19,12 +20,27 @@ static void initSchemaResources() {
 
 namespace frames::schema {
 
-QStringList scriptNames() {
+QString mainScripts() {
+    return QStringLiteral(":/schema");
+}
+
+QString imageScripts() {
+    return QStringLiteral(":/schema/images");
+}
+
+QString imageDatabasePath(const QString& mainPath) {
+    QString base = mainPath;
+    const qsizetype slash = std::max(base.lastIndexOf(QLatin1Char('/')), base.lastIndexOf(QLatin1Char('\\')));
+    const qsizetype dot = base.lastIndexOf(QLatin1Char('.'));
+    if (dot > slash && dot > base.lastIndexOf(QLatin1Char(':'))) base.truncate(dot);
+    return base + QStringLiteral("_images.fdb");
+}
+
+QStringList scriptNames(const QString& set) {
     initSchemaResources();
     QStringList names;
-    const QStringList files =
-        QDir(QStringLiteral(":/schema")).entryList({QStringLiteral("*.sql")}, QDir::Files, QDir::Name);
-    for (const QString& f : files) names << QStringLiteral(":/schema/") + f;
+    const QStringList files = QDir(set).entryList({QStringLiteral("*.sql")}, QDir::Files, QDir::Name);
+    for (const QString& f : files) names << set + QLatin1Char('/') + f;
     return names;
 }
 
@@ -85,9 +101,10 @@ static void planScript(const QString& scriptName, const QString& text, QList<Bui
     flush();
 }
 
-QList<BuildStep> buildSteps() {
+QList<BuildStep> buildSteps(const QString& set) {
     QList<BuildStep> steps;
-    for (const QString& name : scriptNames()) planScript(QFileInfo(name).fileName(), readScript(name), steps);
+    for (const QString& name : scriptNames(set))
+        planScript(QFileInfo(name).fileName(), readScript(name), steps);
     return steps;
 }
 
@@ -119,9 +136,9 @@ static void runStep(db::Database& database, const BuildStep& step) {
     }
 }
 
-QString schemaFingerprint() {
+QString schemaFingerprint(const QString& set) {
     QCryptographicHash hash(QCryptographicHash::Sha1);
-    for (const QString& name : scriptNames()) {
+    for (const QString& name : scriptNames(set)) {
         hash.addData(QFileInfo(name).fileName().toUtf8());
         hash.addData(readScript(name).toUtf8());
     }
@@ -132,12 +149,12 @@ static QString stampPath(const QString& path) {
     return path + QStringLiteral(".schema");
 }
 
-static void writeStamp(const QString& path) {
+static void writeStamp(const QString& path, const QString& set) {
     QFile f(stampPath(path));
-    if (f.open(QIODevice::WriteOnly | QIODevice::Truncate)) f.write(schemaFingerprint().toLatin1());
+    if (f.open(QIODevice::WriteOnly | QIODevice::Truncate)) f.write(schemaFingerprint(set).toLatin1());
 }
 
-void createDemoDatabase(const QString& path) {
+void createDemoDatabase(const QString& path, const QString& set) {
     const QFileInfo target(path);
     const QString dir = target.absolutePath();
     if (!QDir().mkpath(dir))
@@ -150,7 +167,7 @@ void createDemoDatabase(const QString& path) {
                                  .arg(QCoreApplication::applicationPid());
     QFile::remove(tempPath);
 
-    const QList<BuildStep> steps = buildSteps();
+    const QList<BuildStep> steps = buildSteps(set);
     if (steps.isEmpty()) throw db::Error::configuration(QStringLiteral("No schema scripts found"));
     {
         db::Database database;
@@ -184,7 +201,7 @@ void createDemoDatabase(const QString& path) {
         throw db::Error::configuration(
             QStringLiteral("Не удалось переименовать %1 в %2").arg(tempPath, finalPath));
     }
-    writeStamp(finalPath);
+    writeStamp(finalPath, set);
 }
 
 namespace {
@@ -218,10 +235,10 @@ struct Gate {
     ~Gate() { releaseFile(fd); }
 };
 
-bool upToDate(const QString& path) {
+bool upToDate(const QString& path, const QString& set) {
     if (!QFileInfo::exists(path)) return false;
     QFile stamp(stampPath(path));
-    return stamp.open(QIODevice::ReadOnly) && QString::fromLatin1(stamp.readAll()) == schemaFingerprint();
+    return stamp.open(QIODevice::ReadOnly) && QString::fromLatin1(stamp.readAll()) == schemaFingerprint(set);
 }
 
 } // namespace
@@ -245,7 +262,8 @@ void DemoDatabaseLock::unlock() {
     releaseFile(fd_);
 }
 
-bool ensureDemoDatabase(const QString& path, QString* keptPrevious, DemoDatabaseLock* lock, int waitMs) {
+bool ensureDemoDatabase(const QString& path, QString* keptPrevious, DemoDatabaseLock* lock, int waitMs,
+                        const QString& set) {
     if (keptPrevious) keptPrevious->clear();
     DemoDatabaseLock own(path);
     DemoDatabaseLock& claim = lock ? *lock : own;
@@ -257,7 +275,7 @@ bool ensureDemoDatabase(const QString& path, QString* keptPrevious, DemoDatabase
                            "за %2 с")
                 .arg(path)
                 .arg(waitMs / 1000));
-    if (upToDate(path)) {
+    if (upToDate(path, set)) {
         // Others may use it: a shared claim is had at once (builders wait at the gate).
         if (!claim.lockShared(waitMs))
             throw db::Error::configuration(QStringLiteral("Нет доступа к файлу %1.lock").arg(path));
@@ -280,7 +298,7 @@ bool ensureDemoDatabase(const QString& path, QString* keptPrevious, DemoDatabase
                     QStringLiteral("Не удалось убрать в сторону старую демонстрационную базу %1").arg(path));
             if (keptPrevious) *keptPrevious = previous;
         }
-        createDemoDatabase(path);
+        createDemoDatabase(path, set);
     } catch (...) {
         claim.unlock();
         throw;

@@ -2,6 +2,7 @@
 #include "frames/core/RunParams.h"
 #include "platform/db/Query.h"
 #include "schema/DemoDatabase.h"
+#include "tests/support/ImagesHost.h"
 #include <QDir>
 #include <QFile>
 
@@ -59,17 +60,7 @@ void DbTest::exec(const QString& sql) const {
 }
 
 QVariantList DbTest::row(const QString& sql) const {
-    db::Transaction tr(host->database.get(), db::TransactionOptions::read());
-    tr.start();
-    db::Query q(host->database.get(), &tr);
-    q.setSql(sql);
-    q.open();
-    QVariantList values;
-    if (q.next())
-        for (int i = 0; i < q.columnCount(); ++i) values << q.value(i);
-    q.close();
-    tr.commit();
-    return values;
+    return firstRow(host->database.get(), sql);
 }
 
 QVariant DbTest::scalar(const QString& sql) const {
