@@ -152,12 +152,10 @@ QStringList FormLoader::chain(const QString& className) {
 QString FormLoader::caption(const QString& className) {
     const QStringList classes = chain(className);
     for (auto it = classes.crbegin(); it != classes.crend(); ++it) {
-        const QString own = description(*it).value("caption").toString().trimmed();
+        const QJsonObject d = description(*it);
+        const QString own = d.value("caption").toString().trimmed();
         if (!own.isEmpty()) return own;
-    }
-    for (auto it = classes.crbegin(); it != classes.crend(); ++it) {
-        const QJsonObject label =
-            description(*it).value("components").toObject().value("lbSelect").toObject();
+        const QJsonObject label = d.value("components").toObject().value("lbSelect").toObject();
         const QString text = label.value("text").toString().trimmed();
         if (!text.isEmpty()) return text;
     }

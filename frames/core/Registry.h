@@ -61,8 +61,8 @@ public:
     static void applyDescription(QObject* target, const QJsonObject& d, const QString& className);
     // The chain of descriptions from the root class down to className.
     static QStringList chain(const QString& className);
-    // What the frame is called for the user: the "caption" of its description (the nearest class
-    // of the chain that has one), else the text of its label lbSelect, else empty.
+    // What the frame is called for the user: from the nearest class of the chain that names it,
+    // the "caption" of its description, else the text of its label lbSelect; else empty.
     static QString caption(const QString& className);
 };
 
