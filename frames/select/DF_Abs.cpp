@@ -194,6 +194,7 @@ TAbs_DF::TAbs_DF(QWidget* parent) : TAbsEditFrame(parent) {
     pfSelectedList = makeQuery("pfSelectedList", read);
     pfAddSelected = makeQuery("pfAddSelected", pfWriteTransaction);
     pfClearInvalid = makeQuery("pfClearInvalid", pfWriteTransaction);
+    pfClassItemsCounts = makeQuery("pfClassItemsCounts", read);
 
     DBTreeView->setDataSource(dsClassif);
     DBGridUnSelected->setDataSource(ds);
@@ -339,12 +340,15 @@ void TAbs_DF::ReopenDataSet() {
         CurClassif = node >= 0 ? DBTreeView->nodeKey(node) : -1;
         pfDataSet->open();
         pfSelected->open();
+        cacheNodeCounts();
         for (int n = treeNodeCount() - 1; n >= 0; --n) {
             ReadMXCounts(n);
             UpdateSelectImages(n);
             UpdateSelectText(n);
         }
+        dropCountCache();
     } catch (...) {
+        dropCountCache();
         reopening_ = false;
         DBTreeView->setUpdatesEnabled(true);
         throw;
@@ -354,7 +358,40 @@ void TAbs_DF::ReopenDataSet() {
 
 // ---------------------------------------------------------------- counts and marks
 
+void TAbs_DF::cacheNodeCounts() {
+    countCache_.clear();
+    if (!pfClassItemsCounts->hasSql()) return;
+    pfClassItemsCounts->setParam("USER_ID", UserID);
+    pfClassItemsCounts->setParam("KIND", Kind);
+    QHash<int, std::pair<int, int>> own;
+    pfClassItemsCounts->open();
+    while (pfClassItemsCounts->next())
+        own.insert(pfClassItemsCounts->value(0).toInt(),
+                   {pfClassItemsCounts->value(1).toInt(), pfClassItemsCounts->value(2).toInt()});
+    pfClassItemsCounts->close();
+    // Children come after their parents in tree order: going backwards, every node is complete
+    // before it is added to its parent.
+    const QList<int> order = DBTreeView->nodesInTreeOrder();
+    for (auto it = order.crbegin(); it != order.crend(); ++it) {
+        std::pair<int, int>& mine = countCache_[*it];
+        const std::pair<int, int> o = own.value(DBTreeView->nodeKey(*it));
+        mine.first += o.first;
+        mine.second += o.second;
+        const int parent = DBTreeView->parentNode(*it);
+        if (parent >= 0) {
+            std::pair<int, int>& up = countCache_[parent];
+            up.first += mine.first;
+            up.second += mine.second;
+        }
+    }
+}
+
 void TAbs_DF::ReadMXCounts(int node) {
+    if (auto it = countCache_.constFind(node); it != countCache_.constEnd()) {
+        NodeCount = it->first;
+        NodeSelected = it->second;
+        return;
+    }
     pfClassItemsCount->paramByName("ID_CLASSIF")->setValue(DBTreeView->nodeKey(node));
     pfClassItemsCount->paramByName("USER_ID")->setValue(UserID);
     pfClassItemsCount->paramByName("KIND")->setValue(Kind);
@@ -399,14 +436,16 @@ void TAbs_DF::UpdateSelectText(int node) {
                                       QStringLiteral(")"));
 }
 
-// The counts of every node come from one prepared statement (pfClassItemsCount), executed once
-// per node: the statement is prepared on the first node and reused for the rest.
+// The counts of every node come from one grouped statement (pfClassItemsCounts) added up the
+// tree when the frame has one; otherwise from pfClassItemsCount, prepared once and executed per
+// node.
 void TAbs_DF::CalcMX(bool full) {
     MXCount = 0;
     MXSelected = 0;
     const int current = DBTreeView->currentNode();
     DBTreeView->setUpdatesEnabled(false);
     try {
+        cacheNodeCounts();
         for (int n = treeNodeCount() - 1; n >= 0; --n) {
             ReadMXCounts(n);
             if (full) {
@@ -419,9 +458,11 @@ void TAbs_DF::CalcMX(bool full) {
             }
         }
     } catch (...) {
+        dropCountCache();
         DBTreeView->setUpdatesEnabled(true);
         throw;
     }
+    dropCountCache();
     if (current >= 0 && DBTreeView->currentNode() != current) DBTreeView->setCurrentNode(current);
     DBTreeView->setUpdatesEnabled(true);
     SelectedMXBar->update();
@@ -591,13 +632,20 @@ void TAbs_DF::DBTreeViewSelecting(int node) {
     UpdateSelectText(node);
     // The nodes below the one chosen or dropped changed with it.
     QList<int> below = DBTreeView->childNodes(node);
-    while (!below.isEmpty()) {
-        const int n = below.takeLast();
-        below += DBTreeView->childNodes(n);
-        ReadMXCounts(n);
-        DBTreeView->setStateIndex(n, NodeSelected == 0 ? -1 : NodeSelected == NodeCount ? 4 : 3);
-        UpdateSelectText(n);
+    try {
+        if (!below.isEmpty()) cacheNodeCounts();
+        while (!below.isEmpty()) {
+            const int n = below.takeLast();
+            below += DBTreeView->childNodes(n);
+            ReadMXCounts(n);
+            DBTreeView->setStateIndex(n, NodeSelected == 0 ? -1 : NodeSelected == NodeCount ? 4 : 3);
+            UpdateSelectText(n);
+        }
+    } catch (...) {
+        dropCountCache();
+        throw;
     }
+    dropCountCache();
     ReadMXCounts(node);
     UpdateDataSet();
 }

@@ -132,6 +132,11 @@ public:
     TFIBQuery* pfSelectedList;
     TFIBQuery* pfAddSelected;
     TFIBQuery* pfClearInvalid;
+    // Optional: the counts of every classifier node's own records at once (columns ID_CLASSIF,
+    // CNT, CNT2), for frames whose pfClassItemsCount counts a node's records with those of every
+    // node below it. CalcMX and ReopenDataSet then read one grouped statement and add the counts
+    // up the tree instead of running pfClassItemsCount once per node.
+    TFIBQuery* pfClassItemsCounts;
 
     // ---- state
     int Kind = -1;
@@ -169,7 +174,13 @@ private:
     void applyServerOrder(db::DataSet* dataSet, const QList<db::SortKey>& keys);
     int treeNodeCount() const { return DBTreeView->nodeCount(); }
 
-    QHash<db::DataSet*, QString> baseSelect_; // each grid's statement without its order
+    // Reads the counts of every node through pfClassItemsCounts when it has a statement; until
+    // dropCountCache, ReadMXCounts takes them from there.
+    void cacheNodeCounts();
+    void dropCountCache() { countCache_.clear(); }
+
+    QHash<db::DataSet*, QString> baseSelect_;    // each grid's statement without its order
+    QHash<int, std::pair<int, int>> countCache_; // node -> (Cnt, Cnt2), while a pass runs
     bool initialized_ = false;
     bool reopening_ = false; // the tree is being read again: its node changes are not the user's
 };

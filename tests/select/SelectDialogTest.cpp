@@ -67,7 +67,7 @@ TEST_F(SelectDialog, EveryStatementPreparesAndEveryDialogOpens) {
         const bool tradeMark = cls == "TTradeMark_DF";
         EXPECT_EQ(f->pfSelectedList->hasSql(), !tradeMark);
         EXPECT_EQ(f->pfClearInvalid->hasSql(), cls == "TPlaceSelect_DF");
-        EXPECT_EQ(prepared, tradeMark ? 8 : cls == "TPlaceSelect_DF" ? 10 : 9);
+        EXPECT_EQ(prepared, cls == "TSuperPlaceSelect_DF" || tradeMark ? 9 : 10);
         if (cls == "TPlaceSelect_DF") f->SetKind(1);
         if (auto* sp = qobject_cast<TSuperPlaceSelect_DF*>(f.get())) sp->SetSpKind(1);
         EXPECT_TRUE(guard([&] { f->Init(); }));
@@ -351,4 +351,38 @@ TEST_F(SelectDialog, LayoutAndLockConflictOnTransfer) {
     EXPECT_TRUE(ids(f->pfSelected).contains(first));
     EXPECT_FALSE(f->pfWriteTransaction->active());
     tr.rollback();
+}
+
+// The grouped count pass gives every node the counts that the per-node statement gives.
+TEST_F(SelectDialog, GroupedCountsMatchThePerNodeStatement) {
+    auto f = make<TClientSelect_DF>("TClientSelect_DF");
+    f->SetKind(10);
+    f->Init();
+    ASSERT_TRUE(f->pfClassItemsCounts->hasSql());
+    ASSERT_TRUE(f->DBTreeView->setCurrentKey(430));
+    f->DBGridUnSelected->setMarked(1, true);
+    f->DBGridUnSelected->setMarked(3, true);
+    f->TransferRecDown();
+    f->DBTreeViewSelecting(f->NodeOfClassif(412));
+    exec("insert into SEL_CLIENT (id_user, kind, client_index) select 1, 10, id_clients from clients "
+         "where classif = 103 and client_type = 0 and is_juridical = 'T' rows 1");
+    auto snapshot = [&] {
+        QStringList s;
+        for (int n = 0; n < f->DBTreeView->nodeCount(); ++n) {
+            f->ReadMXCounts(n);
+            s << QStringLiteral("%1:%2/%3:%4")
+                     .arg(f->DBTreeView->nodeKey(n))
+                     .arg(f->NodeSelected)
+                     .arg(f->NodeCount)
+                     .arg(f->DBTreeView->stateIndex(n));
+        }
+        return s << QStringLiteral("MX %1/%2").arg(f->MXSelected).arg(f->MXCount);
+    };
+    f->CalcMX(true);
+    const QStringList grouped = snapshot();
+    f->pfClassItemsCounts->setSqlLines({});
+    f->CalcMX(true);
+    EXPECT_EQ(snapshot(), grouped);
+    EXPECT_TRUE(grouped.contains(QStringLiteral("412:%1/%1:4").arg(juridicalIn(412))));
+    EXPECT_TRUE(grouped.contains(QStringLiteral("430:2/%1:3").arg(juridicalIn(430))));
 }
