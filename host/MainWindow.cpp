@@ -103,6 +103,8 @@ MainWindow::MainWindow(HostImpl* host, frames::Registry* registry, QWidget* pare
     QAction* filters =
         docs->addAction(QStringLiteral("Панель &фильтров…"), this, [this] { openFilterPanel(); });
     filters->setObjectName(QStringLiteral("actFilterPanel"));
+    docs->addAction(QStringLiteral("Платежи выбранных &контрагентов…"), this, [this] { openClientReport(); })
+        ->setObjectName(QStringLiteral("actClientReport"));
     QToolBar* tb = addToolBar(QStringLiteral("Главная"));
     tb->setObjectName(QStringLiteral("tbMain"));
     tb->addAction(cards);
@@ -196,6 +198,23 @@ void MainWindow::showItems() {
     if (items_->text() != text) items_->setText(text);
 }
 
+ClientReportForm* MainWindow::openClientReport() {
+    if (clientReport_) {
+        clientReport_->raise();
+        clientReport_->activateWindow();
+        return clientReport_;
+    }
+    auto* form = new ClientReportForm(host_, this);
+    form->setAttribute(Qt::WA_DeleteOnClose);
+    if (!frames::guard([&] { form->prepare(); })) {
+        delete form;
+        return nullptr;
+    }
+    clientReport_ = form;
+    form->show();
+    return form;
+}
+
 void MainWindow::openCardList() {
     if (cardList_) {
         cardList_->raise();
@@ -225,7 +244,9 @@ RecordListForm* MainWindow::openOnEditDialog(const QString& className) {
 bool MainWindow::hasHostForm(const QString& className) const {
     const frames::FrameClass* c = registry_->find(className);
     if (!c) return false;
-    if (c->family == QLatin1String("lookup") || className == QLatin1String("TReportChart_EF")) return true;
+    if (c->family == QLatin1String("lookup") || className == QLatin1String("TReportChart_EF") ||
+        className == QLatin1String("TClientSelect_DF"))
+        return true;
     return c->family == QLatin1String("edit") && (editsDocuments(className) || findDocumentFilter(className));
 }
 
@@ -238,6 +259,8 @@ void MainWindow::openHostOfFrame(const QString& className) {
         openFilterPanel(className);
     else if (className == QLatin1String("TReportChart_EF"))
         openFilterPanel(); // the chart of the report's result, under the filters
+    else if (className == QLatin1String("TClientSelect_DF"))
+        openClientReport();
     else if (editsDocuments(className))
         openDocumentList(className);
 }
