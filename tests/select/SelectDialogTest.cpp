@@ -4,6 +4,7 @@
 #include "frames/select/DF_PlaceSelect.h"
 #include "frames/select/DF_SuperPlaceSelect.h"
 #include "tests/support/DbFixture.h"
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -176,6 +177,24 @@ TEST_F(SelectDialog, WholeNodeChoiceAndDropOnPartlyChosenNode) {
     EXPECT_EQ(f->DBTreeView->stateIndex(n431), -1);
     EXPECT_TRUE(f->IsEmpty());
     EXPECT_EQ(f->ItemsList(), QString());
+
+    // A click on a node's state image (the first image before its text) does the same.
+    top.resize(800, 500);
+    top.show();
+    f->resize(800, 500);
+    f->DBTreeView->expandToNode(n431);
+    const QRect r = f->DBTreeView->visualRect(f->DBTreeView->indexOfNode(n431));
+    ASSERT_FALSE(r.isEmpty());
+    QTest::mouseClick(f->DBTreeView->viewport(), Qt::LeftButton, {}, QPoint(r.left() + 5, r.center().y()));
+    EXPECT_EQ(chosen("SEL_CLIENT", 6), juridicalIn(431));
+    EXPECT_EQ(f->DBTreeView->stateIndex(n431), 4);
+    // A click on the text only makes the node current.
+    const QRect again = f->DBTreeView->visualRect(f->DBTreeView->indexOfNode(n431));
+    QTest::mouseClick(f->DBTreeView->viewport(), Qt::LeftButton, {},
+                      QPoint(again.left() + 60, again.center().y()),
+                      QApplication::doubleClickInterval() + 10);
+    EXPECT_EQ(f->DBTreeView->currentKey().value_or(0), 431);
+    EXPECT_EQ(chosen("SEL_CLIENT", 6), juridicalIn(431));
 }
 
 // Each grid comes back to its row after a reopen; a moved record leaves its grid on the row before
