@@ -57,6 +57,39 @@ QList<QIcon> stateImages() {
     return {box(0), box(0), box(0), box(3), box(4)};
 }
 
+// The controls of a dataset disabled for a scope.
+class ControlsOff {
+public:
+    explicit ControlsOff(db::AbstractDataSet* d) : d_(d) { d_->disableControls(); }
+    ~ControlsOff() { d_->enableControls(); }
+    ControlsOff(const ControlsOff&) = delete;
+    ControlsOff& operator=(const ControlsOff&) = delete;
+
+private:
+    db::AbstractDataSet* d_;
+};
+
+// The hourglass for a scope.
+struct WaitCursor {
+    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
+};
+
+void rollbackQuietly(db::Transaction* tr) {
+    if (!tr->active()) return;
+    try {
+        tr->rollback();
+    } catch (...) {
+    }
+}
+
+// Closes and opens a dataset with its controls disabled.
+void reopenQuietly(db::AbstractDataSet* d) {
+    ControlsOff off(d);
+    d->close();
+    d->open();
+}
+
 constexpr int kIconHitWidth = 18; // the state image's part of a node's decoration
 
 // A lock conflict on a selection row, or a second row for the same record, means that another
@@ -103,14 +136,20 @@ TAbs_DF::TAbs_DF(QWidget* parent) : TAbsEditFrame(parent) {
     cxSplitterUnSelected->setChildrenCollapsible(false);
     gridsLayout->addWidget(cxSplitterUnSelected);
 
-    gbUnSelected = new QGroupBox(cxSplitterUnSelected);
-    gbUnSelected->setObjectName("gbUnSelected");
-    auto* upper = new QVBoxLayout(gbUnSelected);
-    upper->setContentsMargins(2, 2, 2, 2);
-    upper->setSpacing(2);
-    DBGridUnSelected = new ui::DBGrid(gbUnSelected);
-    DBGridUnSelected->setObjectName("DBGridUnSelected");
-    upper->addWidget(DBGridUnSelected);
+    // A group box of the splitter holding a grid, with room for what goes under it.
+    auto makeGridBox = [this](const char* boxName, const char* gridName, ui::DBGrid*& grid) {
+        auto* box = new QGroupBox(cxSplitterUnSelected);
+        box->setObjectName(boxName);
+        auto* l = new QVBoxLayout(box);
+        l->setContentsMargins(2, 2, 2, 2);
+        l->setSpacing(2);
+        grid = new ui::DBGrid(box);
+        grid->setObjectName(gridName);
+        l->addWidget(grid);
+        return std::pair{box, l};
+    };
+    QVBoxLayout* upper = nullptr;
+    std::tie(gbUnSelected, upper) = makeGridBox("gbUnSelected", "DBGridUnSelected", DBGridUnSelected);
     PanelBtn = new QWidget(gbUnSelected);
     PanelBtn->setObjectName("PanelBtn");
     auto* buttons = new QHBoxLayout(PanelBtn);
@@ -135,14 +174,8 @@ TAbs_DF::TAbs_DF(QWidget* parent) : TAbsEditFrame(parent) {
     buttons->addStretch();
     upper->addWidget(PanelBtn);
 
-    gbSelected = new QGroupBox(cxSplitterUnSelected);
-    gbSelected->setObjectName("gbSelected");
-    auto* lower = new QVBoxLayout(gbSelected);
-    lower->setContentsMargins(2, 2, 2, 2);
-    lower->setSpacing(2);
-    DBGridSelected = new ui::DBGrid(gbSelected);
-    DBGridSelected->setObjectName("DBGridSelected");
-    lower->addWidget(DBGridSelected);
+    QVBoxLayout* lower = nullptr;
+    std::tie(gbSelected, lower) = makeGridBox("gbSelected", "DBGridSelected", DBGridSelected);
     SelectedMXBar = new TMXBar(gbSelected);
     SelectedMXBar->setObjectName("SelectedMXBar");
     lower->addWidget(SelectedMXBar);
@@ -232,12 +265,7 @@ TAbs_DF::~TAbs_DF() {
     DBGridUnSelected->setDataSource(nullptr);
     DBGridSelected->setDataSource(nullptr);
     DBTreeView->setDataSource(nullptr);
-    if (pfWriteTransaction->active()) {
-        try {
-            pfWriteTransaction->rollback();
-        } catch (...) {
-        }
-    }
+    rollbackQuietly(pfWriteTransaction);
 }
 
 void TAbs_DF::AfterConstruction() {
@@ -309,18 +337,8 @@ void TAbs_DF::pfDataSetAfterOpen(db::AbstractDataSet& dataSet) {
 }
 
 void TAbs_DF::UpdateDataSet() {
-    for (db::DataSet* d : {pfDataSet, pfSelected}) {
-        if (!d->active()) continue;
-        d->disableControls();
-        try {
-            d->close();
-            d->open();
-        } catch (...) {
-            d->enableControls();
-            throw;
-        }
-        d->enableControls();
-    }
+    for (db::DataSet* d : {pfDataSet, pfSelected})
+        if (d->active()) reopenQuietly(d);
 }
 
 void TAbs_DF::ReopenDataSet() {
@@ -476,62 +494,48 @@ void TAbs_DF::execWrite(TFIBQuery* q) {
         q->exec();
         pfWriteTransaction->commit();
     } catch (...) {
-        if (pfWriteTransaction->active()) {
-            try {
-                pfWriteTransaction->rollback();
-            } catch (...) {
-            }
-        }
+        rollbackQuietly(pfWriteTransaction);
         tellSelectionLocked(std::current_exception());
     }
 }
 
 void TAbs_DF::transferMarked(ui::DBGrid* grid, db::DataSet* dataSet, TFIBQuery* statement) {
     if (!dataSet->active() || dataSet->isEmpty()) return;
-    pfDataSet->disableControls();
-    pfSelected->disableControls();
+    ControlsOff upperOff(pfDataSet), lowerOff(pfSelected);
     int classif = -1;
-    try {
-        auto transferOne = [&] {
-            statement->paramByName("ID")->setValue(dataSet->fieldByName("ID")->value());
-            statement->paramByName("USER_ID")->setValue(UserID);
-            statement->paramByName("KIND")->setValue(Kind);
-            if (db::Field* f = dataSet->findField("CLASSIF")) classif = f->asInteger();
-            try {
-                execWrite(statement);
-            } catch (const EAbort&) {
-                throw;
-            } catch (...) {
-                // The row stays where it was; the others go on.
-                reportError(std::current_exception(), QStringLiteral("Не удалось перенести запись"));
-            }
-            dataSet->prior();
-        };
-        const QList<ui::DBGrid::Bookmark> marks = grid->markedBookmarks();
-        if (!marks.isEmpty()) {
-            for (ui::DBGrid::Bookmark b : marks) {
-                if (!dataSet->bookmarkValid(b)) continue;
-                dataSet->gotoBookmark(b);
-                transferOne();
-            }
-        } else {
+    auto transferOne = [&] {
+        statement->paramByName("ID")->setValue(dataSet->fieldByName("ID")->value());
+        statement->paramByName("USER_ID")->setValue(UserID);
+        statement->paramByName("KIND")->setValue(Kind);
+        if (db::Field* f = dataSet->findField("CLASSIF")) classif = f->asInteger();
+        try {
+            execWrite(statement);
+        } catch (const EAbort&) {
+            throw;
+        } catch (...) {
+            // The row stays where it was; the others go on.
+            reportError(std::current_exception(), QStringLiteral("Не удалось перенести запись"));
+        }
+        dataSet->prior();
+    };
+    const QList<ui::DBGrid::Bookmark> marks = grid->markedBookmarks();
+    if (!marks.isEmpty()) {
+        for (ui::DBGrid::Bookmark b : marks) {
+            if (!dataSet->bookmarkValid(b)) continue;
+            dataSet->gotoBookmark(b);
             transferOne();
         }
-        grid->clearMarks();
-        const int node = DBTreeView->findNode(classif);
-        if (node >= 0) {
-            ReadMXCounts(node);
-            UpdateSelectImages(node);
-            UpdateSelectText(node);
-        }
-        UpdateDataSet();
-    } catch (...) {
-        pfSelected->enableControls();
-        pfDataSet->enableControls();
-        throw;
+    } else {
+        transferOne();
     }
-    pfSelected->enableControls();
-    pfDataSet->enableControls();
+    grid->clearMarks();
+    const int node = DBTreeView->findNode(classif);
+    if (node >= 0) {
+        ReadMXCounts(node);
+        UpdateSelectImages(node);
+        UpdateSelectText(node);
+    }
+    UpdateDataSet();
 }
 
 void TAbs_DF::TransferRecDown() {
@@ -543,65 +547,36 @@ void TAbs_DF::TransferRecUp() {
 }
 
 void TAbs_DF::AddSelected() {
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    try {
-        pfAddSelected->paramByName("ID_CLASSIF")->setValue(CurClassif);
-        pfAddSelected->paramByName("USER_ID")->setValue(UserID);
-        pfAddSelected->paramByName("KIND")->setValue(Kind);
-        execWrite(pfAddSelected);
-        pfAddSelected->close();
-        pfDataSet->disableControls();
-        try {
-            pfDataSet->close();
-            pfDataSet->open();
-        } catch (...) {
-            pfDataSet->enableControls();
-            throw;
-        }
-        pfDataSet->enableControls();
-    } catch (...) {
-        QApplication::restoreOverrideCursor();
-        throw;
-    }
-    QApplication::restoreOverrideCursor();
+    WaitCursor wait;
+    pfAddSelected->paramByName("ID_CLASSIF")->setValue(CurClassif);
+    pfAddSelected->paramByName("USER_ID")->setValue(UserID);
+    pfAddSelected->paramByName("KIND")->setValue(Kind);
+    execWrite(pfAddSelected);
+    pfAddSelected->close();
+    reopenQuietly(pfDataSet);
 }
 
 void TAbs_DF::DeleteUnSelected() {
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    pfSelected->disableControls();
-    auto restore = [&] {
-        pfSelected->enableControls();
-        QApplication::restoreOverrideCursor();
-    };
+    WaitCursor wait;
+    ControlsOff off(pfSelected);
+    pfSelected->close();
+    pfSelected->open();
+    pfWriteTransaction->ensureStarted();
     try {
-        pfSelected->close();
-        pfSelected->open();
-        pfWriteTransaction->ensureStarted();
-        try {
-            pfUnSelectItem->paramByName("USER_ID")->setValue(UserID);
-            pfUnSelectItem->paramByName("KIND")->setValue(Kind);
-            const db::Field* id = pfSelected->fieldByName("ID");
-            for (pfSelected->first(); !pfSelected->eof(); pfSelected->next()) {
-                pfUnSelectItem->paramByName("ID")->setValue(id->value());
-                pfUnSelectItem->exec();
-            }
-            pfWriteTransaction->commit();
-        } catch (...) {
-            if (pfWriteTransaction->active()) {
-                try {
-                    pfWriteTransaction->rollback();
-                } catch (...) {
-                }
-            }
-            tellSelectionLocked(std::current_exception());
+        pfUnSelectItem->paramByName("USER_ID")->setValue(UserID);
+        pfUnSelectItem->paramByName("KIND")->setValue(Kind);
+        const db::Field* id = pfSelected->fieldByName("ID");
+        for (pfSelected->first(); !pfSelected->eof(); pfSelected->next()) {
+            pfUnSelectItem->paramByName("ID")->setValue(id->value());
+            pfUnSelectItem->exec();
         }
-        pfSelected->close();
-        pfSelected->open();
+        pfWriteTransaction->commit();
     } catch (...) {
-        restore();
-        throw;
+        rollbackQuietly(pfWriteTransaction);
+        tellSelectionLocked(std::current_exception());
     }
-    restore();
+    pfSelected->close();
+    pfSelected->open();
 }
 
 // ---------------------------------------------------------------- tree
@@ -679,18 +654,8 @@ void TAbs_DF::applyServerOrder(db::DataSet* dataSet, const QList<db::SortKey>& k
         base = base.trimmed() + QStringLiteral("\norder by ") + parts.join(QStringLiteral(", "));
     }
     if (base == dataSet->selectSql()) return;
-    dataSet->disableControls();
-    try {
-        dataSet->setSelectSql(base);
-        if (dataSet->active()) {
-            dataSet->close();
-            dataSet->open();
-        }
-    } catch (...) {
-        dataSet->enableControls();
-        throw;
-    }
-    dataSet->enableControls();
+    dataSet->setSelectSql(base);
+    if (dataSet->active()) reopenQuietly(dataSet);
 }
 
 void TAbs_DF::DBGridSortMarkingChanged(ui::DBGrid* grid) {
@@ -813,20 +778,14 @@ void TAbs_DF::ClearInvalidSelection() {
 
 QString TAbs_DF::ItemsList() {
     ClearInvalidSelection();
-    QStringList ids;
     if (!pfSelectedList->hasSql()) return {};
-    pfSelected->disableControls();
-    try {
-        pfSelectedList->setParam("USER_ID", UserID);
-        pfSelectedList->setParam("KIND", Kind);
-        pfSelectedList->open();
-        while (pfSelectedList->next()) ids << pfSelectedList->value(QStringLiteral("ID")).toString();
-        pfSelectedList->close();
-    } catch (...) {
-        pfSelected->enableControls();
-        throw;
-    }
-    pfSelected->enableControls();
+    QStringList ids;
+    ControlsOff off(pfSelected);
+    pfSelectedList->setParam("USER_ID", UserID);
+    pfSelectedList->setParam("KIND", Kind);
+    pfSelectedList->open();
+    while (pfSelectedList->next()) ids << pfSelectedList->value(QStringLiteral("ID")).toString();
+    pfSelectedList->close();
     return ids.join(QLatin1Char(','));
 }
 
