@@ -11,19 +11,7 @@ using namespace frames;
 
 namespace {
 
-class ClientReport : public test::WorkbenchHostTest<> {
-protected:
-    std::unique_ptr<workbench::HostImpl> restarted() {
-        workbench::HostImpl::Settings s;
-        s.profileRoot = root.path();
-        s.interactive = false;
-        auto again = std::make_unique<workbench::HostImpl>(s);
-        EXPECT_TRUE(again->loadLayout());
-        again->openDatabase(databasePath());
-        setHost(again.get());
-        return again;
-    }
-};
+using ClientReport = test::WorkbenchHostTest<>;
 
 } // namespace
 

@@ -39,18 +39,6 @@ protected:
         EXPECT_NE(d, nullptr) << name.toStdString();
         return *d;
     }
-    // The workbench started again on the same profile folder and database, installed as the
-    // host until TearDown: what the first one saved must come back here.
-    std::unique_ptr<workbench::HostImpl> restarted() {
-        workbench::HostImpl::Settings s;
-        s.profileRoot = root.path();
-        s.interactive = false;
-        auto again = std::make_unique<workbench::HostImpl>(s);
-        EXPECT_TRUE(again->loadLayout());
-        again->openDatabase(databasePath());
-        setHost(again.get());
-        return again;
-    }
 };
 
 TEST_F(WorkbenchForms, ReferenceFormsOfTheTableOpen) {
