@@ -57,6 +57,18 @@ QList<QIcon> stateImages() {
     return {box(0), box(0), box(0), box(3), box(4)};
 }
 
+// The image of every node: a folder, drawn here so that it is there on any style.
+QIcon folderIcon() {
+    QPixmap pm(16, 16);
+    pm.fill(Qt::transparent);
+    QPainter p(&pm);
+    p.setPen(QColor(0xb0, 0x80, 0x20));
+    p.setBrush(QColor(0xf0, 0xc8, 0x50));
+    p.drawRect(QRectF(1.5, 4.5, 13, 9));
+    p.drawRect(QRectF(1.5, 2.5, 5, 2));
+    return QIcon(pm);
+}
+
 // The controls of a dataset disabled for a scope.
 class ControlsOff {
 public:
@@ -90,7 +102,10 @@ void reopenQuietly(db::AbstractDataSet* d) {
     d->open();
 }
 
-constexpr int kIconHitWidth = 18; // the state image's part of a node's decoration
+// A node's decoration: its state image and its folder side by side, or the folder alone centred
+// in the same room when the node has no state image.
+constexpr int kDecorationWidth = 2 * 16 + 2;
+constexpr int kStateImageWidth = 17;
 
 // A lock conflict on a selection row, or a second row for the same record, means that another
 // session of the user changes the same choice now (or just did).
@@ -123,7 +138,9 @@ TAbs_DF::TAbs_DF(QWidget* parent) : TAbsEditFrame(parent) {
     DBTreeView->setKeyField("ID_CLASSIF");
     DBTreeView->setParentField("PARENT_CLASSIF");
     DBTreeView->setTextField("NAME_CLASSIF");
-    DBTreeView->setImages({QApplication::style()->standardIcon(QStyle::SP_DirIcon)});
+    DBTreeView->setImages({folderIcon()});
+    // Room for the state image and the folder side by side.
+    DBTreeView->setIconSize(QSize(2 * 16 + 2, 16));
     DBTreeView->setStateImages(stateImages());
     DBTreeView->viewport()->installEventFilter(this);
 
@@ -282,11 +299,14 @@ void TAbs_DF::AfterConstruction() {
 void TAbs_DF::Init() {
     TAbsEditFrame::Init();
     trDataSet->open();
+    markNodeImages();
     // Start at the first root when nothing else was chosen.
     if (DBTreeView->currentNode() < 0 && treeNodeCount() > 0) {
         const QList<int> roots = DBTreeView->childNodes(-1);
         if (!roots.isEmpty()) DBTreeView->setCurrentNode(roots.first());
     }
+    // The first level shows; deeper branches open with their buttons.
+    for (int root : DBTreeView->childNodes(-1)) DBTreeView->expand(DBTreeView->indexOfNode(root));
     const int node = DBTreeView->currentNode();
     CurClassif = node >= 0 ? DBTreeView->nodeKey(node) : -1;
     pfDataSet->open();
@@ -350,6 +370,7 @@ void TAbs_DF::ReopenDataSet() {
         pfDataSet->close();
         trDataSet->close();
         trDataSet->open();
+        markNodeImages();
         // The node shown before, when the new tree still has it; else the first one.
         if (!(key && DBTreeView->setCurrentKey(*key)) && DBTreeView->currentNode() < 0 && treeNodeCount() > 0)
             DBTreeView->setCurrentNode(DBTreeView->childNodes(-1).value(0, 0));
@@ -428,6 +449,10 @@ void TAbs_DF::UpdateSelectImages(int node) {
     if (NodeSelected != 0) image = NodeSelected == NodeCount ? 4 : 3;
     DBTreeView->setStateIndex(node, image);
     carrySelectImages(node);
+}
+
+void TAbs_DF::markNodeImages() {
+    for (int n = 0; n < treeNodeCount(); ++n) DBTreeView->setImageIndex(n, 0);
 }
 
 void TAbs_DF::carrySelectImages(int node) {
@@ -707,7 +732,8 @@ bool TAbs_DF::eventFilter(QObject* watched, QEvent* event) {
                 return true;
             }
             const QRect r = DBTreeView->visualRect(DBTreeView->indexOfNode(node));
-            if (me->button() == Qt::LeftButton && pos.x() >= r.left() && pos.x() < r.left() + kIconHitWidth) {
+            const int hit = DBTreeView->stateIndex(node) < 0 ? kDecorationWidth : kStateImageWidth;
+            if (me->button() == Qt::LeftButton && pos.x() >= r.left() && pos.x() < r.left() + hit) {
                 guard([&] { DBTreeViewSelecting(node); });
                 return true;
             }

@@ -171,6 +171,8 @@ private:
     // Gives the parents of a node the marks of their children: all chosen (4) when every child
     // is, partly (3) when some child has a mark.
     void carrySelectImages(int node);
+    // Every node of a freshly read tree gets its folder image.
+    void markNodeImages();
     void applyServerOrder(db::DataSet* dataSet, const QList<db::SortKey>& keys);
     int treeNodeCount() const { return DBTreeView->nodeCount(); }
 
