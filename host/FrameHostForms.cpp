@@ -69,7 +69,14 @@ void applyFrameParams(frames::TAbsEditFrame* frame) {
     const QJsonObject params =
         table.value(QString::fromLatin1(frame->metaObject()->className()).section(QStringLiteral("::"), -1))
             .toObject();
-    if (!lf || params.isEmpty()) return;
+    if (params.isEmpty()) return;
+    if (!lf) {
+        // Other frames take their parameters as properties (a selection dialog's kind).
+        for (auto it = params.begin(); it != params.end(); ++it)
+            if (frame->metaObject()->indexOfProperty(it.key().toLatin1()) >= 0)
+                frame->setProperty(it.key().toLatin1(), it.value().toVariant());
+        return;
+    }
     for (auto it = params.begin(); it != params.end(); ++it) {
         db::Param* p = lf->pFIBDataSet1->findParam(it.key());
         if (!p) continue;

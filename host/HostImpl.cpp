@@ -4,6 +4,7 @@
 #include "frames/core/RunParams.h"
 #include "host/ClassifForm.h"
 #include "host/CurHistoryForm.h"
+#include "host/FindForm.h"
 #include "host/GridTools.h"
 #include "platform/db/Database.h"
 #include "platform/db/Query.h"
@@ -18,6 +19,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QJsonDocument>
 #include <QMessageBox>
 #include <QRegularExpression>
@@ -627,6 +629,22 @@ void HostImpl::FindInGrid(frames::ui::DBGrid* grid) {
     }
     grid->setCurrentIndex(grid->model()->index(row, qMax(0, grid->currentIndex().column())));
     grid->scrollTo(grid->currentIndex());
+}
+
+QWidget* HostImpl::ShowFindForm(frames::ui::DBGrid* grid, const QString& text) {
+    if (!grid) return nullptr;
+    auto* form = new FindForm(grid->window());
+    form->setDBGrid(grid);
+    form->edit()->setText(text);
+    // Without a user the form is made but not shown (screenshots, tests drive it themselves).
+    if (settings_.interactive) {
+        form->show();
+        form->raise();
+        form->activateWindow();
+        form->edit()->setFocus();
+        form->edit()->end(false);
+    }
+    return form;
 }
 
 int HostImpl::findRow(const QTableView* view, const QString& text, int start) {

@@ -134,6 +134,7 @@ public:
     void OpenAddress(const QString& address) override;
     void CustomizeGrid(frames::ui::DBGrid* grid) override;
     void FindInGrid(frames::ui::DBGrid* grid) override;
+    QWidget* ShowFindForm(frames::ui::DBGrid* grid, const QString& text) override;
 
     // The address as the desktop opens it: mailto: for a mail address, http:// when no scheme.
     static QString addressUrl(const QString& address);

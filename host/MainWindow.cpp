@@ -143,6 +143,8 @@ MainWindow::MainWindow(HostImpl* host, const frames::Registry* registry, QWidget
                         });
                     })
         ->setObjectName(QStringLiteral("actReportSettings"));
+    docs->addAction(QStringLiteral("Платежи выбранных &контрагентов…"), this, [this] { openClientReport(); })
+        ->setObjectName(QStringLiteral("actClientReport"));
     QToolBar* tb = addToolBar(QStringLiteral("Главная"));
     tb->setObjectName(QStringLiteral("tbMain"));
     tb->addAction(cards);
@@ -259,6 +261,23 @@ void MainWindow::showItems() {
     if (items_->text() != text) items_->setText(text);
 }
 
+ClientReportForm* MainWindow::openClientReport() {
+    if (clientReport_) {
+        clientReport_->raise();
+        clientReport_->activateWindow();
+        return clientReport_;
+    }
+    auto* form = new ClientReportForm(host_, this);
+    form->setAttribute(Qt::WA_DeleteOnClose);
+    if (!frames::guard([&] { form->prepare(); })) {
+        delete form;
+        return nullptr;
+    }
+    clientReport_ = form;
+    form->show();
+    return form;
+}
+
 void MainWindow::openCardList() {
     if (cardList_) {
         cardList_->raise();
@@ -288,7 +307,9 @@ RecordListForm* MainWindow::openOnEditDialog(const QString& className) {
 bool MainWindow::hasHostForm(const QString& className) const {
     const frames::FrameClass* c = registry_->find(className);
     if (!c) return false;
-    if (c->family == QLatin1String("lookup") || className == QLatin1String("TReportChart_EF")) return true;
+    if (c->family == QLatin1String("lookup") || className == QLatin1String("TReportChart_EF") ||
+        className == QLatin1String("TClientSelect_DF"))
+        return true;
     if (className == QLatin1String("TfrAddress")) return true; // on the client's card
     return (c->family == QLatin1String("edit") || c->family == QLatin1String("media")) &&
            (editsDocuments(className) || findDocumentFilter(className));
@@ -305,6 +326,8 @@ void MainWindow::openHostOfFrame(const QString& className) {
         openFilterPanel(); // the chart of the report's result, under the filters
     else if (className == QLatin1String("TfrAddress"))
         openClientList();
+    else if (className == QLatin1String("TClientSelect_DF"))
+        openClientReport();
     else if (editsDocuments(className))
         openDocumentList(className);
 }

@@ -1,6 +1,7 @@
 #pragma once
 #include "frames/core/AbsEditFrame.h"
 #include "host/CardForms.h"
+#include "host/ClientReportForm.h"
 #include "host/FilterPanel.h"
 #include "host/FrameHostForms.h"
 #include "host/HostedFrames.h"
@@ -38,6 +39,8 @@ public:
     frames::TAbsEditFrame* showFrame(const QString& className);
     frames::TAbsEditFrame* currentFrame() const { return frame_; }
     void openCardList();
+    // The report over the counterparties chosen in the client selection dialog.
+    ClientReportForm* openClientReport();
     // Opens a list form of records for a lookup frame, whose edit dialog shows the frame bound.
     RecordListForm* openOnEditDialog(const QString& className);
     // The payment documents; their edit dialog gives the focus to the frame of that class first.
@@ -81,6 +84,7 @@ private:
     QPointer<frames::TAbsEditFrame> frame_;
     HostedFrames* hosted_;
     QPointer<CardListForm> cardList_;
+    QPointer<ClientReportForm> clientReport_;
     QPointer<RecordListForm> recordList_;
     QPointer<RecordListForm> documentList_;
     QPointer<RecordListForm> clientList_;

@@ -229,6 +229,7 @@ int writeScreenshots(HostImpl& host, const frames::Registry& registry, const QSt
             frames::TAbsEditFrame* f = registry.create(cls, &panel);
             f->setObjectName(cls);
             layout->addWidget(f);
+            applyFrameParams(f); // as the frame browser gives them
             hosted.open(f);
             panel.resize(qMax(480, panel.sizeHint().width()), panel.sizeHint().height());
             panel.show();

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+class QWidget;
+
 namespace frames {
 namespace db {
 class Database;
@@ -74,6 +76,14 @@ public:
     virtual void OpenAddress(const QString& address) = 0; // mail or web address
     virtual void CustomizeGrid(ui::DBGrid* grid) = 0;
     virtual void FindInGrid(ui::DBGrid* grid) = 0;
+    // The host's find form over a grid (TFindForm bound with setDBGrid), shown without waiting,
+    // its edit holding text. Returns the form (the host owns it), or nullptr when the host has
+    // none; the default asks through FindInGrid.
+    virtual QWidget* ShowFindForm(ui::DBGrid* grid, const QString& text) {
+        Q_UNUSED(text);
+        FindInGrid(grid);
+        return nullptr;
+    }
     virtual QDate Today() const { return QDate::currentDate(); }
     virtual QDateTime Now() const { return QDateTime::currentDateTime(); }
 };

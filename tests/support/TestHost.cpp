@@ -1,4 +1,5 @@
 #include "tests/support/TestHost.h"
+#include "platform/widgets/DBGrid.h"
 #include <QTemporaryDir>
 
 namespace frames::test {
@@ -54,6 +55,11 @@ bool TestHost::QuestionBox(const QString& text) {
     const bool a = answers.front();
     answers.pop_front();
     return a;
+}
+
+QWidget* TestHost::ShowFindForm(ui::DBGrid* grid, const QString& text) {
+    findForms << (grid ? grid->objectName() : QString()) + ":" + text;
+    return nullptr;
 }
 
 QStringList TestHost::errors() const {

@@ -85,6 +85,9 @@ public:
     void OpenAddress(const QString& address) override { openedAddresses << address; }
     void CustomizeGrid(ui::DBGrid*) override {}
     void FindInGrid(ui::DBGrid*) override {}
+    // Recorded as "<grid object name>:<text>".
+    QWidget* ShowFindForm(ui::DBGrid* grid, const QString& text) override;
+    QStringList findForms;
     QDate Today() const override { return today; }
     QDateTime Now() const override { return now; }
 

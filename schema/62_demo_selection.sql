@@ -1,0 +1,87 @@
+/* Demo data of the selection dialogs: kinds of place selection, places that order by the
+   ordering schedule, a client classifier three levels below "Оптовые покупатели" with 3,000
+   generated wholesale buyers (every seventh a private person, IS_JURIDICAL 'F'), their payments
+   and a few choices already made. */
+
+INSERT INTO SEL_PLACE_KIND (ID, NAME, ACCESS_GOODMOVE, USE_ORDER_REGLAMENT) VALUES (1, 'Места хранения для отчётов', 0, 0);
+INSERT INTO SEL_PLACE_KIND (ID, NAME, ACCESS_GOODMOVE, USE_ORDER_REGLAMENT) VALUES (2, 'Места хранения для перемещений', 1, 0);
+INSERT INTO SEL_PLACE_KIND (ID, NAME, ACCESS_GOODMOVE, USE_ORDER_REGLAMENT) VALUES (3, 'Места хранения для заказа по регламенту', 0, 1);
+
+INSERT INTO PLACE_PARAMS (PLACE, USE_ORDER_REGLAMENT) VALUES (50, 1);
+INSERT INTO PLACE_PARAMS (PLACE, USE_ORDER_REGLAMENT) VALUES (52, 1);
+INSERT INTO PLACE_PARAMS (PLACE, USE_ORDER_REGLAMENT) VALUES (55, 1);
+INSERT INTO PLACE_PARAMS (PLACE, USE_ORDER_REGLAMENT) VALUES (57, 1);
+INSERT INTO PLACE_PARAMS (PLACE, USE_ORDER_REGLAMENT) VALUES (51, 0);
+
+/* Wholesale buyers by federal district and city. */
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (400, 106, 'Центральный округ', 1);
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (401, 106, 'Северо-Западный округ', 1);
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (402, 106, 'Уральский округ', 1);
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (403, 106, 'Южный округ', 1);
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (410, 400, 'Москва', 1);
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (411, 400, 'Тверь', 1);
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (412, 400, 'Ярославль', 1);
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (413, 401, 'Санкт-Петербург', 1);
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (414, 401, 'Великий Новгород', 1);
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (415, 401, 'Псков', 1);
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (416, 402, 'Екатеринбург', 1);
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (417, 402, 'Челябинск', 1);
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (418, 402, 'Тюмень', 1);
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (419, 403, 'Краснодар', 1);
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (420, 403, 'Ростов-на-Дону', 1);
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (421, 403, 'ёйск и побережье', 1);
+/* Large buyers of Moscow get a level of their own. */
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (430, 410, 'Сети супермаркетов', 1);
+INSERT INTO CLASSIF (ID_CLASSIF, PARENT_CLASSIF, NAME_CLASSIF, ID_CLASSIF_TYPE) VALUES (431, 410, 'Рестораны и кафе', 1);
+
+/* 3,000 buyers, ids 10001 .. 13000, spread over the leaves 411 .. 421, 430 and 431. */
+INSERT INTO CLIENTS (ID_CLIENTS, NAME_CLIENTS, FULLNAME_CLIENTS, CLIENT_TYPE, STATUS, STATE, CLASSIF,
+                     IS_JURIDICAL, INN_CLIENTS, TEL_CLIENTS, CITY_CLIENTS, ADDRES_CLIENTS)
+WITH RECURSIVE D (X) AS (
+    SELECT 0 FROM RDB$DATABASE
+    UNION ALL
+    SELECT X + 1 FROM D WHERE X < 9),
+  N (I) AS (
+    SELECT A.X * 1000 + B.X * 100 + C.X * 10 + E.X + 1 FROM D A, D B, D C, D E
+      WHERE A.X * 1000 + B.X * 100 + C.X * 10 + E.X < 3000),
+  G (I, LEAF, FORM, WORD1, WORD2, PRIVATE_PERSON) AS (
+    SELECT I,
+           DECODE(MOD(I, 13), 0, 430, 1, 431, 409 + MOD(I, 13)),
+           DECODE(MOD(I, 4), 0, 'ООО', 1, 'АО', 2, 'ООО', 'ПАО'),
+           DECODE(MOD(I, 10), 0, 'Альфа', 1, 'Берёзка', 2, 'Вектор', 3, 'Гранит', 4, 'Дельта',
+                  5, 'Ёлочка', 6, 'Жемчуг', 7, 'Звезда', 8, 'Исток', 'Калина'),
+           DECODE(MOD(I / 10, 8), 0, 'торг', 1, 'снаб', 2, 'опт', 3, 'маркет', 4, 'продукт',
+                  5, 'трейд', 6, 'сервис', 'групп'),
+           IIF(MOD(I, 7) = 0, 1, 0)
+      FROM N)
+SELECT 10000 + I,
+       IIF(PRIVATE_PERSON = 1, 'ИП Покупатель № ' || I, FORM || ' «' || WORD1 || '-' || WORD2 || ' ' || I || '»'),
+       IIF(PRIVATE_PERSON = 1, 'Индивидуальный предприниматель, покупатель № ' || I,
+           FORM || ' «' || WORD1 || '-' || WORD2 || ' ' || I || '»'),
+       0, 1, 0, LEAF,
+       IIF(PRIVATE_PERSON = 1, 'F', 'T'),
+       LPAD(7700000000 + I, 10, '0'),
+       '+7 (495) ' || LPAD(1000000 + I * 7, 7, '0'),
+       DECODE(LEAF, 413, 2, 1),
+       'ул. Складская, д. ' || (1 + MOD(I, 120))
+  FROM G;
+
+/* A payment from every tenth buyer. */
+INSERT INTO PAYMENT_DOC (DOC_NUMBER, DOC_DATE, DOC_MONTH, STATUS, AMOUNT, QUANTITY, CUR_TYPE, CURS,
+                         PAYMENT_KIND, PRICE_TYPE, LINK_TO_CLIENT, IS_CHECKED, IS_PAID)
+SELECT 'ОП-' || LPAD(C.ID_CLIENTS - 10000, 6, '0'),
+       DATEADD(MOD(C.ID_CLIENTS, 60) DAY TO DATE '2024-01-01'),
+       DATEADD(MOD(C.ID_CLIENTS, 60) / 31 MONTH TO DATE '2024-01-01'),
+       'Проведён', 1000 + MOD(C.ID_CLIENTS * 37, 90000), 1, 1, 1, '2', 'N', C.ID_CLIENTS,
+       IIF(MOD(C.ID_CLIENTS, 3) = 0, 'T', 'F'), 1
+  FROM CLIENTS C
+  WHERE C.ID_CLIENTS BETWEEN 10001 AND 13000 AND MOD(C.ID_CLIENTS, 10) = 0;
+
+/* Choices already made: the administrator chose three suppliers for reports (kind 1) and the
+   Moscow sales floors; Ivanov one group of places. */
+INSERT INTO SEL_CLIENT (ID_USER, KIND, CLIENT_INDEX, CLIENT_TYPE)
+SELECT FIRST 3 1, 1, C.ID_CLIENTS, 0 FROM CLIENTS C
+  WHERE C.CLIENT_TYPE = 0 AND C.IS_JURIDICAL = 'T' AND C.CLASSIF IN (103, 104) ORDER BY C.ID_CLIENTS;
+INSERT INTO SEL_PLACE (ID_USER, KIND, PLACE_INDEX) VALUES (1, 1, 50);
+INSERT INTO SEL_PLACE (ID_USER, KIND, PLACE_INDEX) VALUES (1, 1, 52);
+INSERT INTO SEL_SUPERPLACE (ID_USER, KIND, SP_INDEX) VALUES (2, 1, 1);
