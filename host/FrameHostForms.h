@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <vector>
 
+class QHBoxLayout;
 class QPushButton;
 class QScrollArea;
 
@@ -92,6 +93,8 @@ public:
     int viewCurrent();
     // Reads the records again, keeping the position.
     void refresh();
+    // Puts a button of the form's own after "Добавить…".
+    void addButton(QPushButton* button);
 
 private:
     int showDialog(bool viewOnly);
@@ -102,6 +105,7 @@ private:
     frames::ui::DBGrid* grid_;
     frames::db::Transaction* writeTr_ = nullptr;
     QList<EditorSlot> editors_;
+    QHBoxLayout* buttons_ = nullptr;
 };
 
 // The edit dialog of a RecordListForm: its frames, created by class name with the dialog as
