@@ -7,6 +7,7 @@
 #include "host/DocumentForms.h"
 #include "host/FilterPanel.h"
 #include "host/HostImpl.h"
+#include "host/MassEdit.h"
 #include "host/ReferenceForms.h"
 #include "platform/db/Database.h"
 #include <QCloseEvent>
@@ -226,6 +227,7 @@ bool MainWindow::hasHostForm(const QString& className) const {
     const frames::FrameClass* c = registry_->find(className);
     if (!c) return false;
     if (c->family == QLatin1String("lookup") || className == QLatin1String("TReportChart_EF")) return true;
+    if (c->family == QLatin1String("medit")) return documentMassEdit().findByFrame(className) != nullptr;
     return c->family == QLatin1String("edit") && (editsDocuments(className) || findDocumentFilter(className));
 }
 
@@ -240,6 +242,24 @@ void MainWindow::openHostOfFrame(const QString& className) {
         openFilterPanel(); // the chart of the report's result, under the filters
     else if (editsDocuments(className))
         openDocumentList(className);
+    else if (c->family == QLatin1String("medit"))
+        openMassEdit(className);
+}
+
+MassEditDialog* MainWindow::openMassEdit(const QString& frameClass) {
+    const MassEditColumn* column = documentMassEdit().findByFrame(frameClass);
+    RecordListForm* list = column ? openDocumentList() : nullptr;
+    if (!list) return nullptr;
+    MassEditDialog* dlg = nullptr;
+    if (!frames::guard([&] {
+            auto made = std::make_unique<MassEditDialog>(host_, list, documentMassEdit());
+            made->chooseColumn(column->column);
+            dlg = made.release();
+        }))
+        return nullptr;
+    dlg->setAttribute(Qt::WA_DeleteOnClose);
+    dlg->show();
+    return dlg;
 }
 
 RecordListForm* MainWindow::openDocumentList(const QString& focusClass) {

@@ -1,4 +1,5 @@
 #include "host/MassEdit.h"
+#include "frames/core/ConfigItem.h"
 #include "frames/core/Guard.h"
 #include "frames/core/Host.h"
 #include "frames/core/ME_Abs.h"
@@ -7,6 +8,7 @@
 #include "host/FrameHostForms.h"
 #include "host/HostImpl.h"
 #include "platform/db/AbstractDataSet.h"
+#include "platform/db/Error.h"
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
 #include "platform/widgets/DBGrid.h"
@@ -91,6 +93,12 @@ QString paramValue(const QStringList& lines, const QString& key) {
 const MassEditColumn* MassEditTable::find(const QString& column) const {
     for (const MassEditColumn& c : columns)
         if (c.column.compare(column, Qt::CaseInsensitive) == 0) return &c;
+    return nullptr;
+}
+
+const MassEditColumn* MassEditTable::findByFrame(const QString& frameClass) const {
+    for (const MassEditColumn& c : columns)
+        if (c.frameClass == frameClass) return &c;
     return nullptr;
 }
 
@@ -253,8 +261,13 @@ void MassEditDialog::closeFrame() {
     if (!frame_) return;
     frames::TAbsMEditFrame* f = frame_;
     frame_ = nullptr;
+    frames::guard([&] { f->SaveLayout(layoutNode(f->FieldName())); });
     frames::guard([&] { f->FormClose(); });
     delete f;
+}
+
+frames::TConfigItem* MassEditDialog::layoutNode(const QString& column) const {
+    return host_->LayoutRoot()->ItemByName(QStringLiteral("MassEditDialog"))->ItemByName(column);
 }
 
 void MassEditDialog::chooseColumn(const QString& column) {
@@ -271,6 +284,7 @@ void MassEditDialog::chooseColumn(const QString& column) {
     if (!f) throw std::logic_error("mass edit: " + c->frameClass.toStdString() + " is not a mass-edit frame");
     f->SetParams(massEditParams(table_, c->column));
     f->Init();
+    f->RestoreLayout(layoutNode(c->column)); // the texts sent before, for this column
     made.release();
     frame_ = f;
     frameBox_->addWidget(f);
@@ -285,10 +299,27 @@ int MassEditDialog::apply() {
         return -1;
     }
     int changed = -1;
+    const QString operation = QStringLiteral("Групповое изменение не выполнено");
     try {
         changed = runMassEdit(frame_, keys_);
+    } catch (db::Error& e) {
+        // The server's own words go to the trace log; the user is told in his language what
+        // went wrong with the value (a lock, a lost connection keep the data layer's words).
+        const MassEditColumn* c = table_.find(frame_->FieldName());
+        const QString caption = c ? c->caption : frame_->FieldName();
+        if (!e.isLockConflict() && !e.isConnectionLost() && !e.isRecordChanged())
+            e.setUserText(
+                e.isConstraintViolation()
+                    ? QStringLiteral("значение не подходит для колонки «%1»: оно нарушает правила базы "
+                                     "данных (обязательное значение, ссылка или допустимый диапазон).")
+                          .arg(caption)
+                    : QStringLiteral("сервер не смог записать значение в колонку «%1» (неверный формат "
+                                     "или слишком длинное значение).")
+                          .arg(caption));
+        frames::reportError(std::make_exception_ptr(e), operation);
+        return -1;
     } catch (...) {
-        frames::reportError(std::current_exception(), QStringLiteral("Групповое изменение не выполнено"));
+        frames::reportError(std::current_exception(), operation);
         return -1;
     }
     if (changed < 0) return -1;

@@ -11,6 +11,7 @@ class QVBoxLayout;
 
 namespace frames {
 class TAbsMEditFrame;
+class TConfigItem;
 namespace db {
 class Database;
 class Transaction;
@@ -41,6 +42,8 @@ struct MassEditTable {
     QString keyColumn;
     QList<MassEditColumn> columns;
     const MassEditColumn* find(const QString& column) const;
+    // The first column edited by a frame of that class, or nullptr.
+    const MassEditColumn* findByFrame(const QString& frameClass) const;
 };
 
 // The payment documents' editable columns.
@@ -81,7 +84,9 @@ public:
     int apply();
 
 private:
+    // Saves the frame's layout (under the column's node) and closes it.
     void closeFrame();
+    frames::TConfigItem* layoutNode(const QString& column) const;
 
     HostImpl* host_;
     RecordListForm* list_;

@@ -14,11 +14,7 @@ QString FloatToStr(double value) {
 }
 
 TCalcEdit_ME::TCalcEdit_ME(QWidget* parent) : TTwoValue_ME(parent) {
-    cefNewValue = static_cast<TCalcEdt_Frame*>(Registry::instance().create("TCalcEdt_Frame", this));
-    cefNewValue->setObjectName("cefNewValue");
-    cefOldValue = static_cast<TCalcEdt_Frame*>(Registry::instance().create("TCalcEdt_Frame", this));
-    cefOldValue->setObjectName("cefOldValue");
-    placeEditors(cefNewValue, cefOldValue);
+    makeEditors("TCalcEdt_Frame", QStringLiteral("cef"), cefNewValue, cefOldValue);
     // The editors' own handlers stay; the frame's run after them on every change of the text.
     cefNewValue->CalcEdit->OnChange = chained<QObject*>(cefNewValue->CalcEdit->OnChange, [this](QObject* s) {
         guard([&] { cefNewValueCalcEditPropertiesChange(s); });

@@ -2,6 +2,7 @@
 #include "frames/core/Guard.h"
 #include "frames/core/Host.h"
 #include "frames/core/Registry.h"
+#include "frames/medit/ME_Value.h"
 #include "frames/core/Tyapi.h"
 #include <QGridLayout>
 #include <QLayout>
@@ -23,8 +24,7 @@ TCardClassif_ME::TCardClassif_ME(QWidget* parent) : TAbsMEditFrame(parent) {
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setColumnStretch(0, 1);
     auto makeMemo = [&](const char* name) {
-        auto* m = static_cast<TMemoEdit_Frame*>(Registry::instance().create("TMemoEdit_Frame", panel));
-        m->setObjectName(name);
+        auto* m = innerFrame<TMemoEdit_Frame>("TMemoEdit_Frame", QString::fromLatin1(name), panel);
         m->SetReadOnly(true);
         return m;
     };

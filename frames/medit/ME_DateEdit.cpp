@@ -25,11 +25,7 @@ QString checkedDateText(TDateEdit_Frame* editor) {
 } // namespace
 
 TDateEdit_ME::TDateEdit_ME(QWidget* parent) : TTwoValue_ME(parent) {
-    defNewValue = static_cast<TDateEdit_Frame*>(Registry::instance().create("TDateEdit_Frame", this));
-    defNewValue->setObjectName("defNewValue");
-    defOldValue = static_cast<TDateEdit_Frame*>(Registry::instance().create("TDateEdit_Frame", this));
-    defOldValue->setObjectName("defOldValue");
-    placeEditors(defNewValue, defOldValue);
+    makeEditors("TDateEdit_Frame", QStringLiteral("def"), defNewValue, defOldValue);
     for (auto [editor, handler] : {std::pair{defNewValue, &TDateEdit_ME::defNewValueDateEditClick},
                                    {defOldValue, &TDateEdit_ME::defOldValueDateEditClick}}) {
         auto own = [this, handler](QObject* s) { guard([&] { (this->*handler)(s); }); };

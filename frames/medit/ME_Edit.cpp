@@ -11,11 +11,7 @@ void cutToLength(TEditComboBox_EF* ed, int length) {
 } // namespace
 
 TEdit_ME::TEdit_ME(QWidget* parent) : TTwoValue_ME(parent) {
-    efNewValue = static_cast<TEditComboBox_EF*>(Registry::instance().create("TEditComboBox_EF", this));
-    efNewValue->setObjectName("efNewValue");
-    efOldValue = static_cast<TEditComboBox_EF*>(Registry::instance().create("TEditComboBox_EF", this));
-    efOldValue->setObjectName("efOldValue");
-    placeEditors(efNewValue, efOldValue);
+    makeEditors("TEditComboBox_EF", QStringLiteral("ef"), efNewValue, efOldValue);
     efNewValue->OnComboBoxChange = [this](QObject* s) { efNewValueComboBoxChange(s); };
     efOldValue->OnComboBoxChange = [this](QObject* s) { efOldValueComboBoxChange(s); };
 }

@@ -8,11 +8,7 @@ namespace frames {
 
 TMemoEdit_ME::TMemoEdit_ME(QWidget* parent) : TTwoValue_ME(parent) {
     setMinimumSize(300, 215);
-    mefNewValue = static_cast<TMemoEdit_Frame*>(Registry::instance().create("TMemoEdit_Frame", this));
-    mefNewValue->setObjectName("mefNewValue");
-    mefOldValue = static_cast<TMemoEdit_Frame*>(Registry::instance().create("TMemoEdit_Frame", this));
-    mefOldValue->setObjectName("mefOldValue");
-    placeEditors(mefNewValue, mefOldValue);
+    makeEditors("TMemoEdit_Frame", QStringLiteral("mef"), mefNewValue, mefOldValue);
     connect(mefNewValue->Memo, &QPlainTextEdit::textChanged, this,
             [this] { guard([&] { mefNewValueMemoChange(mefNewValue->Memo); }); });
     connect(mefOldValue->Memo, &QPlainTextEdit::textChanged, this,

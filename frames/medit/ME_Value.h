@@ -1,5 +1,6 @@
 #pragma once
 #include "frames/core/ME_Abs.h"
+#include "frames/core/Registry.h"
 #include <QCheckBox>
 
 class QGridLayout;
@@ -35,6 +36,14 @@ public:
 protected:
     // Puts the editors beside their boxes: the new one on top, the old one below.
     void placeEditors(QWidget* newEditor, QWidget* oldEditor);
+    // Makes the two editors, frames of the registered class cls named prefix + "NewValue" and
+    // prefix + "OldValue", and places them.
+    template <typename T>
+    void makeEditors(const char* cls, const QString& prefix, T*& newEditor, T*& oldEditor) {
+        newEditor = innerFrame<T>(cls, prefix + QStringLiteral("NewValue"), this);
+        oldEditor = innerFrame<T>(cls, prefix + QStringLiteral("OldValue"), this);
+        placeEditors(newEditor, oldEditor);
+    }
     QGridLayout* grid() const { return grid_; }
 
     // The switches' reaction to a change the user made in an editor.
@@ -53,6 +62,13 @@ protected:
 private:
     QGridLayout* grid_;
 };
+
+// A frame of the registered class cls, named name, made inside parent.
+template <typename T> T* innerFrame(const char* cls, const QString& name, QWidget* parent) {
+    auto* f = static_cast<T*>(Registry::instance().create(QString::fromLatin1(cls), parent));
+    f->setObjectName(name);
+    return f;
+}
 
 // Wraps a control's handler so that the frame's own runs after the one already there.
 template <typename... Args, typename F>
