@@ -12,6 +12,7 @@
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
 #include "platform/widgets/DBGrid.h"
+#include <QButtonGroup>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -20,6 +21,7 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QVBoxLayout>
 #include <stdexcept>
 
@@ -56,7 +58,9 @@ const char* const kDocumentColumns = R"([
   { "column": "ID_CLASSIF", "caption": "Группа классификатора", "frame": "TClassifComboEdit_ME", "conversion": "key",
     "params": ["CSQL=select ID_CLASSIF as ID, NAME_CLASSIF as NAME from CLASSIF where ID_CLASSIF_TYPE = :TYPE_CLASSIF and ID_CLASSIF > -1 order by NAME_CLASSIF",
                "TYPE_CLASSIF=0"] },
-  { "column": "ID_CARD_CLASSIF", "caption": "Товарная группа", "frame": "TCardClassif_ME", "conversion": "key" }
+  { "column": "ID_CARD_CLASSIF", "caption": "Товарная группа", "frame": "TCardClassif_ME", "conversion": "key" },
+  { "column": "PAYMENT_KIND", "caption": "Вид оплаты", "frame": "TLayerFrame_ME", "conversion": "text",
+    "params": ["ClassID=PaymentKindLayer"] }
 ])";
 
 // The text value :param as the column's value.
@@ -200,6 +204,64 @@ int runMassEdit(frames::TAbsMEditFrame* frame, const QList<int>& keys) {
         }
         throw;
     }
+}
+
+// ---- PaymentKindLayer
+
+PaymentKindLayer::PaymentKindLayer(QWidget* parent) : TfmAbsGrid_ME(parent) {
+    setObjectName(QString::fromLatin1(FormName));
+    setWindowTitle(QStringLiteral("Вид оплаты"));
+    auto* layout = new QVBoxLayout(this);
+    kinds_ = new QButtonGroup(this);
+    const std::pair<const char*, QString> kinds[] = {{"1", QStringLiteral("Наличные")},
+                                                     {"2", QStringLiteral("Безналичный расчёт")},
+                                                     {"3", QStringLiteral("Банковская карта")},
+                                                     {"4", QStringLiteral("Взаимозачёт")}};
+    for (const auto& [code, caption] : kinds) {
+        auto* b = new QRadioButton(caption, this);
+        b->setObjectName(QStringLiteral("rbKind%1").arg(QLatin1String(code)));
+        b->setProperty("code", QString::fromLatin1(code));
+        kinds_->addButton(b);
+        layout->addWidget(b);
+    }
+    buttons_ = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    layout->addWidget(buttons_);
+    connect(buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
+}
+
+void PaymentKindLayer::TakeParams(frames::TRunParams&) {
+    setKind(QString()); // every mass edit starts without a kind
+}
+
+QString PaymentKindLayer::kind() const {
+    QAbstractButton* b = kinds_->checkedButton();
+    return b ? b->property("code").toString() : QString();
+}
+
+void PaymentKindLayer::setKind(const QString& code) {
+    kinds_->setExclusive(false);
+    for (QAbstractButton* b : kinds_->buttons()) b->setChecked(b->property("code").toString() == code);
+    kinds_->setExclusive(true);
+}
+
+bool PaymentKindLayer::CheckChanges() {
+    if (!kind().isEmpty()) return true;
+    frames::TyWarningBox(QStringLiteral("Выберите вид оплаты."));
+    return false;
+}
+
+void PaymentKindLayer::FillUpdateParams(db::Query* update) {
+    update->paramByName(QStringLiteral("new_value"))->setValue(kind());
+}
+
+QWidget* PaymentKindLayer::LayerHiddenControl() const {
+    return buttons_;
+}
+
+std::unique_ptr<QObject> makeMassEditLayer(const QString& name) {
+    if (name == QLatin1String(PaymentKindLayer::FormName)) return std::make_unique<PaymentKindLayer>();
+    return nullptr;
 }
 
 // ---- MassEditDialog

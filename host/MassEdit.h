@@ -1,10 +1,14 @@
 #pragma once
+#include "frames/core/ME_Abs.h"
 #include <QDialog>
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <memory>
 
+class QButtonGroup;
 class QComboBox;
+class QDialogButtonBox;
 class QLabel;
 class QPushButton;
 class QVBoxLayout;
@@ -63,6 +67,32 @@ QString massEditParams(const MassEditTable& table, const QString& column);
 // deleted and everything is committed at once; on any error it is all rolled back and the error
 // rethrown. Returns the number of records changed, or -1 when the frame declined to run.
 int runMassEdit(frames::TAbsMEditFrame* frame, const QList<int>& keys);
+
+// The host form that the mass-edit frame TLayerFrame_ME embeds for the payment kind of the
+// documents: the kinds as a choice of one, sent as the new value; the update does not run until a
+// kind is chosen. Its own OK and Cancel are hidden while it is embedded.
+class PaymentKindLayer : public frames::TfmAbsGrid_ME {
+    Q_OBJECT
+public:
+    static constexpr const char* FormName = "PaymentKindLayer";
+    explicit PaymentKindLayer(QWidget* parent = nullptr);
+
+    void TakeParams(frames::TRunParams& params) override;
+    bool CheckChanges() override;
+    void FillUpdateParams(frames::db::Query* update) override;
+    QWidget* LayerHiddenControl() const override;
+
+    // The chosen kind's code ('1' … '4'), "" while none is chosen.
+    QString kind() const;
+    void setKind(const QString& code);
+
+private:
+    QButtonGroup* kinds_;
+    QDialogButtonBox* buttons_;
+};
+
+// The forms that mass-edit frames embed, by name (RvGetForm); nullptr for any other name.
+std::unique_ptr<QObject> makeMassEditLayer(const QString& name);
 
 // The mass-edit dialog ("Групповое изменение") over a list form: the records marked in the list
 // (or its current record), a column to set, and the column's frame. "Применить" runs the update,

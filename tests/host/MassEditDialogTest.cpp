@@ -2,10 +2,12 @@
 // the update, the message and the refreshed list.
 #include "frames/medit/ME_ComboColorEdit.h"
 #include "frames/medit/ME_Edit.h"
+#include "frames/medit/ME_LayerFrame.h"
 #include "host/DocumentForms.h"
 #include "host/MassEdit.h"
 #include "platform/widgets/DBGrid.h"
 #include "tests/host/WorkbenchFixture.h"
+#include <QAbstractButton>
 #include <QComboBox>
 #include <gtest/gtest.h>
 
@@ -117,6 +119,36 @@ TEST_F(MassEditDialogs, EveryColumnOffersItsFrameAndARefusedValueIsToldInRussian
     text = qobject_cast<TEdit_ME*>(dlg.frame());
     EXPECT_TRUE(text->efNewValue->ComboBox->history().contains("Проведён"));
     EXPECT_TRUE(text->chbNewNull->isChecked());
+}
+
+TEST_F(MassEditDialogs, PaymentKindIsChosenOnTheEmbeddedHostForm) {
+    std::unique_ptr<workbench::RecordListForm> list(workbench::makeDocumentList(wb.get()));
+    for (int row : {0, 1, 2}) list->grid()->setMarked(row, true);
+    MassEditDialog dlg(wb.get(), list.get(), workbench::documentMassEdit());
+    dlg.chooseColumn("PAYMENT_KIND");
+    auto* f = qobject_cast<TLayerFrame_ME*>(dlg.frame());
+    ASSERT_NE(f, nullptr);
+    auto* layer = qobject_cast<workbench::PaymentKindLayer*>(f->Form());
+    ASSERT_NE(layer, nullptr);
+    EXPECT_EQ(layer->parentWidget(), f->pnLayer);
+    EXPECT_TRUE(layer->LayerHiddenControl()->isHidden());
+
+    // No kind chosen: the form refuses and nothing runs.
+    EXPECT_EQ(dlg.apply(), -1);
+    EXPECT_TRUE(said("warning: Выберите вид оплаты."));
+    layer->findChild<QAbstractButton*>("rbKind4")->click();
+    EXPECT_EQ(dlg.apply(), 3);
+    QStringList kinds;
+    for (int id : dlg.keys())
+        kinds << scalar(QString("select PAYMENT_KIND from PAYMENT_DOC where ID_PAYMENT_DOC = %1").arg(id))
+                     .toString();
+    EXPECT_EQ(kinds, QStringList({"4", "4", "4"}));
+
+    // Another column gives the form back to the host as it was.
+    dlg.chooseColumn("STATUS");
+    EXPECT_EQ(layer->parentWidget(), nullptr);
+    EXPECT_FALSE(layer->LayerHiddenControl()->isHidden());
+    EXPECT_FALSE(layer->Embedded);
 }
 
 } // namespace
