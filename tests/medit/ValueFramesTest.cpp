@@ -150,6 +150,11 @@ TEST_F(MassEditTest, MemoAsksBeforeCuttingTheNewValueAndMatchesTheOldOne) {
     QApplication::processEvents();
     EXPECT_EQ(host->messages.size(), 2u);
 
+    // "Пусто" empties the memo, whose change handler unchecks the box: it is checked again.
+    f->chbOldNull->click();
+    EXPECT_TRUE(f->mefOldValue->Text().isEmpty());
+    EXPECT_TRUE(f->chbOldNull->isChecked());
+
     // The update writes the memo into the marked records that still hold the old note.
     const auto before = column("NOTE");
     f->mefNewValue->Memo->setPlainText("Сверено с банком.");
@@ -162,18 +167,30 @@ TEST_F(MassEditTest, MemoAsksBeforeCuttingTheNewValueAndMatchesTheOldOne) {
     EXPECT_EQ(after.at(1).toString(), "Сверено с банком.");
 }
 
+// A host whose four number formats differ, so that each precision kind shows which one it took.
+class FormatsHost : public TestHost {
+public:
+    using TestHost::TestHost;
+    QString PrecisionCurFormat() const override { return ",0.00 cur"; }
+    QString PrecisionQuantityFormat() const override { return ",0.### qty"; }
+    QString PrecisionRubFormat() const override { return ",0.00 rub"; }
+    QString PrecisionVolumeFormat() const override { return ",0.### vol"; }
+};
+
 TEST_F(MassEditTest, NumbersFollowTheirPrecisionAndTravelWithTheUsersSeparator) {
-    host->intValues["PrecisionQuantity"] = 3;
-    host->intValues["PrecisionCur"] = 2;
+    {
+        FormatsHost formats(databasePath());
+        const std::pair<const char*, const char*> kinds[] = {
+            {"PrecKind=Rub", ",0.00 rub"},     {"PrecKind=Cur", ",0.00 cur"},    {"PrecKind=Int", "0"},
+            {"PrecKind=Volume", ",0.### vol"}, {"PrecKind=Штуки", ",0.### qty"}, {"", ",0.### qty"}};
+        for (const auto& [kind, format] : kinds) {
+            auto c = frameWith<TCalcEdit_ME>("TCalcEdit_ME", {kind});
+            EXPECT_EQ(c->cefNewValue->DisplayFormat(), format) << kind;
+            EXPECT_EQ(c->cefOldValue->DisplayFormat(), format) << kind;
+        }
+    }
+    setHost(host.get()); // the formats host uninstalled itself
     auto f = frameFor<TCalcEdit_ME>("AMOUNT"); // PrecKind=Cur
-    EXPECT_EQ(f->cefNewValue->DisplayFormat(), ",0.00");
-    EXPECT_EQ(f->cefOldValue->DisplayFormat(), ",0.00");
-    auto i = frameWith<TCalcEdit_ME>("TCalcEdit_ME", {"PrecKind=Int"});
-    EXPECT_EQ(i->cefNewValue->DisplayFormat(), "0");
-    auto q = frameWith<TCalcEdit_ME>("TCalcEdit_ME", {"PrecKind=Штуки"});
-    EXPECT_EQ(q->cefNewValue->DisplayFormat(), ",0.###");
-    auto v = frameWith<TCalcEdit_ME>("TCalcEdit_ME", {});
-    EXPECT_EQ(v->cefOldValue->DisplayFormat(), ",0.###");
 
     // A Russian user's comma reaches the statement as it is; the statement reads it.
     const QLocale saved;
