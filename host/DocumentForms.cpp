@@ -1,5 +1,7 @@
 #include "host/DocumentForms.h"
+#include "frames/core/Guard.h"
 #include "host/HostImpl.h"
+#include "host/MassEdit.h"
 #include "host/TableStatements.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/Query.h"
@@ -8,6 +10,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLabel>
+#include <QPushButton>
 #include <memory>
 #include <stdexcept>
 
@@ -98,10 +101,18 @@ const char* const kSelect =
     "       d.AMOUNT, d.QUANTITY, d.CUR_TYPE, d.CURS, cast(d.AMOUNT * d.CURS as numeric(18,2)) as "
     "AMOUNT_RUB,\n"
     "       d.EMAIL, d.SITE, d.NOTE, d.DESCRIPTION, d.ARTICUL, d.PAYMENT_KIND, d.DOC_INDEX, d.PRICE_TYPE,\n"
-    "       d.LINK_TO_CLIENT, d.IS_CHECKED, d.IS_PAID, cu.SHORT_NAME as CUR_NAME, c.NAME_CLIENTS\n"
+    "       d.LINK_TO_CLIENT, d.IS_CHECKED, d.IS_PAID, cu.SHORT_NAME as CUR_NAME, c.NAME_CLIENTS,\n"
+    "       d.ID_COLOR, d.ID_FILIAL, d.ID_CLASSIF, d.ID_SEASON, d.ID_CARD_CLASSIF, co.NAME as COLOR_NAME,\n"
+    "       f.NAME as FILIAL_NAME, cl.NAME_CLASSIF as CLASSIF_NAME, se.NAME as SEASON_NAME,\n"
+    "       cc.NAME_CLASSIF as CARD_CLASSIF_NAME\n"
     "from PAYMENT_DOC d\n"
     "  left join CUR_TYPE cu on cu.ID_CUR_TYPE = d.CUR_TYPE\n"
-    "  left join CLIENTS c on c.ID_CLIENTS = d.LINK_TO_CLIENT\n";
+    "  left join CLIENTS c on c.ID_CLIENTS = d.LINK_TO_CLIENT\n"
+    "  left join COLOR co on co.ID = d.ID_COLOR\n"
+    "  left join TH_CLASSIF f on f.ID_TH_CLASSIF = d.ID_FILIAL\n"
+    "  left join CLASSIF cl on cl.ID_CLASSIF = d.ID_CLASSIF\n"
+    "  left join TYREF_ADD_DATA se on se.ID = d.ID_SEASON\n"
+    "  left join CLASSIF cc on cc.ID_CLASSIF = d.ID_CARD_CLASSIF\n";
 
 // The columns a document's edit writes back (only while the document is still as it was read).
 const QStringList kEditable = {
@@ -200,20 +211,39 @@ RecordListForm* makeDocumentList(HostImpl* host, QWidget* parent) {
     });
 
     docs->open();
-    setGridColumns(form->grid(), {
-                                     {"DOC_NUMBER", QStringLiteral("Номер"), 90},
-                                     {"DOC_DATE", QStringLiteral("Дата"), 80},
-                                     {"DOC_TIME", QStringLiteral("Время"), 70},
-                                     {"STATUS", QStringLiteral("Состояние"), 80},
-                                     {"NAME_CLIENTS", QStringLiteral("Клиент"), 220},
-                                     {"AMOUNT", QStringLiteral("Сумма"), 100},
-                                     {"CUR_NAME", QStringLiteral("Валюта"), 60},
-                                     {"CURS", QStringLiteral("Курс"), 70},
-                                     {"AMOUNT_RUB", QStringLiteral("Сумма, руб."), 110},
-                                     {"QUANTITY", QStringLiteral("Кол-во"), 70},
-                                     {"PAYMENT_KIND", QStringLiteral("Вид оплаты"), 80},
-                                     {"DOC_MONTH", QStringLiteral("Месяц"), 80},
-                                 });
+    frames::ui::DBGrid* grid = form->grid();
+    // Marked documents (Ctrl+click, Shift+click, Ctrl+A) get one column set at once.
+    grid->setMultiSelect(true);
+    auto* btMassEdit = new QPushButton(QStringLiteral("Групповое изменение…"), form);
+    btMassEdit->setObjectName(QStringLiteral("btMassEdit"));
+    form->addButton(btMassEdit);
+    QObject::connect(btMassEdit, &QPushButton::clicked, form, [host, form] {
+        frames::guard([&] {
+            MassEditDialog dlg(host, form, documentMassEdit());
+            dlg.exec();
+        });
+    });
+    setGridColumns(grid, {
+                             {"DOC_NUMBER", QStringLiteral("Номер"), 90},
+                             {"DOC_DATE", QStringLiteral("Дата"), 80},
+                             {"DOC_TIME", QStringLiteral("Время"), 70},
+                             {"STATUS", QStringLiteral("Состояние"), 80},
+                             {"NAME_CLIENTS", QStringLiteral("Клиент"), 220},
+                             {"AMOUNT", QStringLiteral("Сумма"), 100},
+                             {"CUR_NAME", QStringLiteral("Валюта"), 60},
+                             {"CURS", QStringLiteral("Курс"), 70},
+                             {"AMOUNT_RUB", QStringLiteral("Сумма, руб."), 110},
+                             {"QUANTITY", QStringLiteral("Кол-во"), 70},
+                             {"PAYMENT_KIND", QStringLiteral("Вид оплаты"), 80},
+                             {"DOC_MONTH", QStringLiteral("Месяц"), 80},
+                             {"IS_CHECKED", QStringLiteral("Проверен"), 70},
+                             {"IS_PAID", QStringLiteral("Оплачен"), 70},
+                             {"FILIAL_NAME", QStringLiteral("Филиал"), 140},
+                             {"COLOR_NAME", QStringLiteral("Цвет"), 90},
+                             {"SEASON_NAME", QStringLiteral("Сезон"), 110},
+                             {"CLASSIF_NAME", QStringLiteral("Группа"), 140},
+                             {"CARD_CLASSIF_NAME", QStringLiteral("Товарная группа"), 140},
+                         });
     return owned.release();
 }
 

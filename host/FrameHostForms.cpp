@@ -117,6 +117,7 @@ RecordListForm::RecordListForm(HostImpl* host, db::AbstractDataSet* records, con
     btAdd->setVisible(table && !table->insertSql().trimmed().isEmpty());
     auto* btClose = new QPushButton(QStringLiteral("Закрыть"), this);
     auto* buttons = new QHBoxLayout;
+    buttons_ = buttons;
     buttons->addWidget(btEdit);
     buttons->addWidget(btView);
     buttons->addWidget(btAdd);
@@ -286,6 +287,11 @@ int RecordListForm::addNew() {
     if (!records_->active()) return QDialog::Rejected;
     records_->append();
     return editCurrent();
+}
+
+void RecordListForm::addButton(QPushButton* button) {
+    button->setParent(this);
+    buttons_->insertWidget(buttons_->count() - 2, button); // before the stretch and "Закрыть"
 }
 
 void RecordListForm::refresh() {

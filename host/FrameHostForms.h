@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <vector>
 
+class QHBoxLayout;
 class QPushButton;
 class QScrollArea;
 
@@ -95,6 +96,8 @@ public:
     int viewCurrent();
     // Reads the records again, keeping the position.
     void refresh();
+    // Puts a button of the form's own after "Добавить…".
+    void addButton(QPushButton* button);
 
 private:
     int showDialog(bool viewOnly);
@@ -108,6 +111,7 @@ private:
     frames::ui::DBGrid* grid_;
     frames::db::Transaction* writeTr_ = nullptr;
     QList<EditorSlot> editors_;
+    QHBoxLayout* buttons_ = nullptr;
 };
 
 // The edit dialog of a RecordListForm: its frames, created by class name with the dialog as

@@ -6,6 +6,7 @@
 #include "host/CurHistoryForm.h"
 #include "host/FindForm.h"
 #include "host/GridTools.h"
+#include "host/MassEdit.h"
 #include "platform/db/Database.h"
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
@@ -331,6 +332,9 @@ QObject* HostImpl::RvGetForm(const QString& formName) {
         return formObject(module->name, module->refNumber, module->caption);
     if (const ReferenceFormDef* def = findReferenceForm(formName))
         return formObject(def->name, def->refNumber, def->caption);
+    // The forms that mass-edit frames embed are real forms, made once and kept by the host.
+    if (auto it = formObjects_.find(formName); it != formObjects_.end()) return it->second.get();
+    if (auto layer = makeMassEditLayer(formName)) return (formObjects_[formName] = std::move(layer)).get();
     return nullptr;
 }
 

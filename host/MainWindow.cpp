@@ -8,6 +8,7 @@
 #include "host/DocumentForms.h"
 #include "host/FilterPanel.h"
 #include "host/HostImpl.h"
+#include "host/MassEdit.h"
 #include "host/ReferenceForms.h"
 #include "host/ReportSettingsForm.h"
 #include "platform/db/Database.h"
@@ -311,6 +312,7 @@ bool MainWindow::hasHostForm(const QString& className) const {
         className == QLatin1String("TClientSelect_DF"))
         return true;
     if (className == QLatin1String("TfrAddress")) return true; // on the client's card
+    if (c->family == QLatin1String("medit")) return documentMassEdit().findByFrame(className) != nullptr;
     return (c->family == QLatin1String("edit") || c->family == QLatin1String("media")) &&
            (editsDocuments(className) || findDocumentFilter(className));
 }
@@ -330,6 +332,24 @@ void MainWindow::openHostOfFrame(const QString& className) {
         openClientReport();
     else if (editsDocuments(className))
         openDocumentList(className);
+    else if (c->family == QLatin1String("medit"))
+        openMassEdit(className);
+}
+
+MassEditDialog* MainWindow::openMassEdit(const QString& frameClass) {
+    const MassEditColumn* column = documentMassEdit().findByFrame(frameClass);
+    RecordListForm* list = column ? openDocumentList() : nullptr;
+    if (!list) return nullptr;
+    MassEditDialog* dlg = nullptr;
+    if (!frames::guard([&] {
+            auto made = std::make_unique<MassEditDialog>(host_, list, documentMassEdit());
+            made->chooseColumn(column->column);
+            dlg = made.release();
+        }))
+        return nullptr;
+    dlg->setAttribute(Qt::WA_DeleteOnClose);
+    dlg->show();
+    return dlg;
 }
 
 RecordListForm* MainWindow::openClientList() {

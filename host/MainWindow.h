@@ -24,6 +24,7 @@ class Registry;
 namespace workbench {
 
 class HostImpl;
+class MassEditDialog;
 
 // The workbench's main window: the frame browser (registered classes by family on the left, the
 // chosen frame free-standing on the right) and the entry to the card list form, the payment
@@ -47,10 +48,14 @@ public:
     RecordListForm* openDocumentList(const QString& focusClass = {});
     // The clients, whose edit dialog is the client's card with his address.
     RecordListForm* openClientList();
+    // The mass-edit dialog over the documents (their marked rows, else the current one), on the
+    // column that a frame of that class edits.
+    MassEditDialog* openMassEdit(const QString& frameClass);
     // The filter panel, with the frame of that class in view.
     FilterPanelForm* openFilterPanel(const QString& focusClass = {});
     // What "На форме редактирования…" opens for the frame shown: the record list of a lookup,
-    // the documents for a value editor, the filter panel for a filter; nothing for the others.
+    // the documents for a value editor, the filter panel for a filter, the mass-edit dialog over
+    // the documents for a mass-edit frame; nothing for the others.
     void openHostOfFrame(const QString& className);
     // Whether the frame browser offers a host form for that class.
     bool hasHostForm(const QString& className) const;

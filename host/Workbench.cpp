@@ -14,10 +14,12 @@
 #include "host/HostImpl.h"
 #include "host/HostedFrames.h"
 #include "host/MainWindow.h"
+#include "host/MassEdit.h"
 #include "host/ReferenceForms.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/Database.h"
 #include "platform/db/Error.h"
+#include "platform/widgets/DBGrid.h"
 #include "schema/DemoDatabase.h"
 #include <QApplication>
 #include <QCommandLineParser>
@@ -293,6 +295,7 @@ int writeScreenshots(HostImpl& host, const frames::Registry& registry, const QSt
     {
         Shot listShot{QStringLiteral("DocumentListForm"), QStringLiteral("host forms"), {}, {}};
         Shot dlgShot{QStringLiteral("DocumentEditDialog"), QStringLiteral("host forms"), {}, {}};
+        Shot massEditShot{QStringLiteral("MassEditDialog"), QStringLiteral("host forms"), {}, {}};
         try {
             std::unique_ptr<RecordListForm> list(makeDocumentList(&host));
             // A document in dollars that fills every column.
@@ -305,12 +308,21 @@ int writeScreenshots(HostImpl& host, const frames::Registry& registry, const QSt
             dlg.show();
             if (savePicture(&dlg, dir, dlgShot.name, dlgShot)) ++written;
             dlg.reject();
+            // The mass-edit dialog over three marked documents, on their colour.
+            for (int row = 0; row < 3; ++row) list->grid()->setMarked(row, true);
+            MassEditDialog massEdit(&host, list.get(), documentMassEdit());
+            massEdit.chooseColumn(QStringLiteral("ID_COLOR"));
+            massEdit.show();
+            if (savePicture(&massEdit, dir, massEditShot.name, massEditShot)) ++written;
         } catch (...) {
-            (listShot.file.isEmpty() ? listShot : dlgShot).error =
-                frames::errorText(std::current_exception());
+            (listShot.file.isEmpty()  ? listShot
+             : dlgShot.file.isEmpty() ? dlgShot
+                                      : massEditShot)
+                .error = frames::errorText(std::current_exception());
         }
         shots.push_back(listShot);
         shots.push_back(dlgShot);
+        shots.push_back(massEditShot);
     }
     {
         Shot shot{QString::fromLatin1(CurHistoryForm::FormName), QStringLiteral("host forms"), {}, {}};

@@ -4,12 +4,15 @@
 #include "frames/core/RunParams.h"
 #include "frames/edit/EF_CalcEdit.h"
 #include "frames/lookup/LF_ParamLookup.h"
+#include "frames/medit/ME_Edit.h"
 #include "host/DocumentForms.h"
 #include "host/FrameHostForms.h"
 #include "host/HostImpl.h"
+#include "host/MassEdit.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
+#include "platform/widgets/DBGrid.h"
 #include "tests/support/ServerFixture.h"
 #include <QElapsedTimer>
 #include <QProcess>
@@ -417,6 +420,70 @@ TEST_F(OnServer, TheWorkbenchRefusesAWrongLoginAndGivesUpOnASilentServer) {
     }
     std::printf("workbench start, connect timeout 10 s: frozen server %lld ms, silent port %lld ms\n",
                 static_cast<long long>(frozenMs), static_cast<long long>(silentMs));
+}
+
+// A mass edit over marked documents, one of which another user holds in an open edit: the update
+// fails at once, says so in Russian, changes no document and leaves no marks; once the other user
+// is done the same edit goes through and the list shows it.
+TEST_F(OnServer, AMassEditOverALockedDocumentFailsAtOnceAndChangesNothing) {
+    AnsweringHost* a = session(QStringLiteral("IVANOV"));
+    auto list = documents(a);
+    frames::ui::DBGrid* grid = list->grid();
+    for (int row = 0; row < 3; ++row) grid->setMarked(row, true);
+    workbench::MassEditDialog dlg(a, list.get(), workbench::documentMassEdit());
+    ASSERT_EQ(dlg.keys().size(), 3);
+    dlg.chooseColumn(QStringLiteral("STATUS"));
+    auto* f = qobject_cast<TEdit_ME*>(dlg.frame());
+    ASSERT_NE(f, nullptr);
+    f->efNewValue->ComboBox->setEditText(QStringLiteral("Отменён"));
+    f->efNewValueComboBoxChange(nullptr);
+    const QString keys = QStringList([&] {
+                             QStringList l;
+                             for (int k : dlg.keys()) l << QString::number(k);
+                             return l;
+                         }())
+                             .join(',');
+    auto statuses = [&] {
+        return scalar(QStringLiteral("select list(STATUS, '|') from (select STATUS from PAYMENT_DOC where "
+                                     "ID_PAYMENT_DOC in (%1) order by ID_PAYMENT_DOC)")
+                          .arg(keys))
+            .toString();
+    };
+    const QString before = statuses();
+
+    // Another user edits the second marked document and has not committed.
+    auto other = connectAs(QStringLiteral("PETROVA"));
+    db::Transaction holder(other.get(), db::TransactionOptions::writeNoWait());
+    holder.start();
+    db::Query lock(other.get(), &holder);
+    lock.setSql(QStringLiteral("update PAYMENT_DOC set NOTE = 'Правит Петрова' where ID_PAYMENT_DOC = %1")
+                    .arg(dlg.keys().at(1)));
+    lock.exec();
+
+    QElapsedTimer t;
+    t.start();
+    setHost(a);
+    EXPECT_EQ(dlg.apply(), -1);
+    EXPECT_LT(t.elapsed(), 3000);
+    EXPECT_TRUE(a->said(
+        QStringLiteral("Групповое изменение не выполнено: Запись редактируется другим пользователем")))
+        << a->loggedMessages().join("\n").toStdString();
+    EXPECT_FALSE(a->said(QStringLiteral("update"))); // the statement goes to the trace log only
+    QFile trace(a->traceFile());
+    ASSERT_TRUE(trace.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(QString::fromUtf8(trace.readAll()).contains(QStringLiteral("MEDIT_MARKS")));
+    EXPECT_EQ(statuses(), before);
+    EXPECT_EQ(scalar(QStringLiteral("select count(*) from MEDIT_MARKS")).toInt(), 0);
+
+    // The other user is done: the same edit goes through and the list shows it.
+    holder.commit();
+    setHost(a);
+    EXPECT_EQ(dlg.apply(), 3);
+    EXPECT_TRUE(a->said(QStringLiteral("Изменено записей: 3 из 3.")));
+    EXPECT_EQ(statuses(), QStringLiteral("Отменён|Отменён|Отменён"));
+    ASSERT_TRUE(list->records()->locate(QStringLiteral("ID_PAYMENT_DOC"), dlg.keys().at(1)));
+    EXPECT_EQ(list->records()->fieldByName(QStringLiteral("STATUS"))->asString(), QStringLiteral("Отменён"));
+    EXPECT_EQ(scalar(QStringLiteral("select count(*) from MEDIT_MARKS")).toInt(), 0);
 }
 
 } // namespace
