@@ -19,18 +19,6 @@ protected:
         wb->openDatabase(this->databasePath());
         setHost(wb.get());
     }
-    // The workbench started again on the same profile folder and database, installed as the
-    // host until TearDown: what the first one saved must come back here.
-    std::unique_ptr<workbench::HostImpl> restarted() {
-        workbench::HostImpl::Settings s;
-        s.profileRoot = root.path();
-        s.interactive = false;
-        auto again = std::make_unique<workbench::HostImpl>(s);
-        EXPECT_TRUE(again->loadLayout());
-        again->openDatabase(this->databasePath());
-        setHost(again.get());
-        return again;
-    }
     void TearDown() override {
         setHost(this->host.get());
         wb.reset();
