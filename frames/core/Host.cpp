@@ -24,6 +24,12 @@ Host* host() {
     return g_host;
 }
 
+QWidget* ShowGridSearch(ui::DBGrid* grid, const QString& character) {
+    Host* h = host();
+    const bool echo = !character.isEmpty() && h->GetBoolValue(QStringLiteral("FindEcho"));
+    return h->ShowFindForm(grid, echo ? character : QString());
+}
+
 QString errorText(std::exception_ptr e) {
     return ui::exceptionText(e);
 }

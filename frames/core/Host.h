@@ -91,6 +91,10 @@ public:
 void setHost(Host* host);
 Host* host(); // throws std::logic_error when no host is installed
 
+// The search a frame opens over one of its grids: the host's find form, its edit holding the
+// typed character when one was given and the configuration value "FindEcho" is on, else empty.
+QWidget* ShowGridSearch(ui::DBGrid* grid, const QString& character);
+
 // Free functions under the host's names.
 inline int RunModule(const QString& formName, TRunParams& p) {
     return host()->RunModule(formName, p);

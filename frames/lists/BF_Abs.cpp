@@ -6,7 +6,9 @@
 #include "frames/core/Tyapi.h"
 #include <QBoxLayout>
 #include <QEvent>
+#include <QLineEdit>
 #include <QRegularExpression>
+#include <algorithm>
 
 namespace frames {
 
@@ -243,8 +245,15 @@ void TAbs_BF::aSearchExecute() {
         DBGridFind(ActiveGrid, QString());
 }
 
-void TAbs_BF::DBGridFind(ui::DBGrid* grid, const QString&) {
-    host()->FindInGrid(grid);
+void TAbs_BF::DBGridFind(ui::DBGrid* grid, const QString& character) {
+    QWidget* form = ShowGridSearch(grid, character);
+    // A form wider than the grid is narrowed to it, its search edit by as much.
+    if (form && form->width() > grid->width()) {
+        const int excess = form->width() - grid->width() + 10;
+        if (auto* edit = form->findChild<QLineEdit*>())
+            edit->setFixedWidth(std::max(40, edit->width() - excess));
+        form->resize(std::max(80, form->width() - excess), form->height());
+    }
 }
 
 void TAbs_BF::pfAvailabledBeforeOpen(db::AbstractDataSet&) {

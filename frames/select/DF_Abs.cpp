@@ -689,9 +689,7 @@ void TAbs_DF::DBGridSortMarkingChanged(ui::DBGrid* grid) {
 }
 
 void TAbs_DF::DBGridFind(ui::DBGrid* grid, QChar character) {
-    QString text;
-    if (!character.isNull() && host()->GetBoolValue(QStringLiteral("FindEcho"))) text = character;
-    host()->ShowFindForm(grid, text);
+    ShowGridSearch(grid, character.isNull() ? QString() : QString(character));
 }
 
 void TAbs_DF::aSearchExecute(QObject* sender) {

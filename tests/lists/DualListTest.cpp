@@ -174,3 +174,17 @@ TEST_F(DualList, DismissedUsersFollowTheToggle) {
     EXPECT_FALSE(g->sbShowUvolen->isChecked());
     EXPECT_FALSE(keys(g->mdAvailabled).contains(dismissed));
 }
+
+// Ctrl+F searches the grid in use; the typed character goes into the find form only when the
+// configuration asks for it ("FindEcho").
+TEST_F(DualList, SearchOpensOverTheGridInUse) {
+    TManager_BF* f = make(7);
+    f->DBGridFind(f->dbgAvailabled, "M");
+    host->boolValues["FindEcho"] = true;
+    f->DBGridFind(f->dbgSelected, "M");
+    f->aSearchExecute(); // the available list, which holds rows
+    ASSERT_EQ(host->findForms.size(), 3);
+    EXPECT_EQ(host->findForms[0], f->dbgAvailabled->objectName() + ":");
+    EXPECT_EQ(host->findForms[1], f->dbgSelected->objectName() + ":M");
+    EXPECT_EQ(host->findForms[2], f->dbgAvailabled->objectName() + ":");
+}
