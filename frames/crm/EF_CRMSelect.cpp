@@ -4,14 +4,13 @@
 #include "frames/core/Registry.h"
 #include "frames/core/RunParams.h"
 #include "frames/core/Tyapi.h"
+#include "frames/crm/CRMCommon.h"
 #include "frames/lookup/LF_Abs.h"
 #include "platform/db/Field.h"
 #include "platform/db/Query.h"
 #include "platform/widgets/LookupCombo.h"
 #include <QApplication>
 #include <QBoxLayout>
-#include <QDrag>
-#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QSplitter>
@@ -20,8 +19,6 @@
 namespace frames {
 
 namespace {
-
-const char* const kDragMime = "application/x-frames-crm-rows";
 
 // State images: 3 all chosen (a ticked box), 4 some chosen (a box with a square); the others are
 // not drawn.
@@ -42,13 +39,6 @@ QIcon stateIcon(int kind) {
         p.fillRect(5, 5, 6, 6, QColor(0, 110, 0));
     }
     return QIcon(pm);
-}
-
-// Which chosen/available grid a drag came from: the grid itself or its viewport.
-ui::DBGrid* gridOf(QObject* o) {
-    for (; o; o = o->parent())
-        if (auto* g = qobject_cast<ui::DBGrid*>(o)) return g;
-    return nullptr;
 }
 
 } // namespace
@@ -198,18 +188,7 @@ QString TCRMSelect_Frame::FormatInts(QString sqlTemplate, const QList<int>& valu
 
 void TCRMSelect_Frame::ExecuteSQL(const QString& sql, const std::function<void(db::Query&, void*)>& callback,
                                   void* data) {
-    db::Query q(dmDataBaseFIB()->RvDatabase(), pfTransaction);
-    pfTransaction->ensureStarted();
-    try {
-        q.setSql(sql);
-        q.exec();
-        if (callback) callback(q, data);
-        q.close();
-        pfTransaction->commit();
-    } catch (...) {
-        if (pfTransaction->active()) pfTransaction->rollback();
-        throw;
-    }
+    crm::executeCommitted(pfTransaction, sql, callback, data);
 }
 
 void TCRMSelect_Frame::FrameInit() {
@@ -358,13 +337,7 @@ void TCRMSelect_Frame::DoSelection(ui::DBGrid* grid, db::DataSet* dataSet, const
         ~Restore() { QApplication::restoreOverrideCursor(); }
     } restore;
     if (!dataSet->isEmpty()) {
-        if (grid->markedCount() == 0)
-            grid->setMarked(grid->currentIndex().isValid() ? grid->currentIndex().row() : 0, true);
-        QList<int> ids;
-        for (const auto& b : grid->markedBookmarks()) {
-            dataSet->gotoBookmark(b);
-            ids << dataSet->fieldByName(KeyField)->value().toInt();
-        }
+        const QList<int> ids = crm::markedKeys(grid, dataSet, KeyField);
         Changed = true;
         for (int id : ids) ExecuteSQL(FormatInts(sqlTemplate, {Kind, CUR_USER, id}));
         OpenDataSets();
@@ -375,7 +348,7 @@ void TCRMSelect_Frame::DoSelection(ui::DBGrid* grid, db::DataSet* dataSet, const
 }
 
 bool TCRMSelect_Frame::DragOver(ui::DBGrid* target, QObject* source) {
-    ui::DBGrid* from = gridOf(source);
+    ui::DBGrid* from = crm::gridOf(source);
     if (target == dbgrdSelected) return from == dbgrdUnSelected && !ibqryUnSelected->isEmpty();
     if (target == dbgrdUnSelected) return from == dbgrdSelected && !ibqrySelected->isEmpty();
     return false;
@@ -452,43 +425,13 @@ bool TCRMSelect_Frame::eventFilter(QObject* o, QEvent* e) {
         }
         return false;
     }
-    ui::DBGrid* grid = gridOf(o);
+    ui::DBGrid* grid = crm::gridOf(o);
     if (!grid || (grid != dbgrdSelected && grid != dbgrdUnSelected)) return TAbsEditFrame::eventFilter(o, e);
-    switch (e->type()) {
-    case QEvent::MouseButtonPress:
-        dragStart_ = static_cast<QMouseEvent*>(e)->position().toPoint();
-        break;
-    case QEvent::MouseMove: {
-        auto* me = static_cast<QMouseEvent*>(e);
-        if (!(me->buttons() & Qt::LeftButton) ||
-            (me->position().toPoint() - dragStart_).manhattanLength() < 5)
-            break;
-        auto* drag = new QDrag(grid);
-        auto* mime = new QMimeData;
-        mime->setData(kDragMime, grid->objectName().toUtf8());
-        drag->setMimeData(mime);
-        drag->exec(Qt::MoveAction);
+    if (crm::handleDragStart(grid, e, dragStart_)) return true;
+    if (crm::handleDrop(
+            e, [this, grid](QObject* source, const QPoint&) { return DragOver(grid, source); },
+            [this, grid](QObject* source, const QPoint&) { DragDrop(grid, source); }))
         return true;
-    }
-    case QEvent::DragEnter:
-    case QEvent::DragMove: {
-        auto* de = static_cast<QDropEvent*>(e);
-        if (de->mimeData()->hasFormat(kDragMime) && DragOver(grid, de->source()))
-            de->acceptProposedAction();
-        else
-            de->ignore();
-        return true;
-    }
-    case QEvent::Drop: {
-        auto* de = static_cast<QDropEvent*>(e);
-        QObject* source = de->source();
-        de->acceptProposedAction();
-        guard([&] { DragDrop(grid, source); });
-        return true;
-    }
-    default:
-        break;
-    }
     return TAbsEditFrame::eventFilter(o, e);
 }
 

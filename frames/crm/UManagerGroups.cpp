@@ -4,13 +4,12 @@
 #include "frames/core/Registry.h"
 #include "frames/core/RunParams.h"
 #include "frames/core/Tyapi.h"
+#include "frames/crm/CRMCommon.h"
 #include "platform/db/Field.h"
 #include "platform/db/Query.h"
 #include <QBoxLayout>
-#include <QDrag>
 #include <QGroupBox>
 #include <QHeaderView>
-#include <QMimeData>
 #include <QMouseEvent>
 #include <QRegularExpression>
 #include <QSettings>
@@ -85,16 +84,9 @@ const char* const sParentOfGroup =
     "select c1.classif_id from report_managers_classif c1 join report_managers_classif "
     "c2 on c2.parent_id = c1.classif_id and c2.classif_id = %d";
 
-const char* const kDragMime = "application/x-frames-manager-groups";
 constexpr int kIdRole = Qt::UserRole;
 constexpr int kStateRole = Qt::UserRole + 1;
 constexpr int kNameRole = Qt::UserRole + 2;
-
-ui::DBGrid* gridOf(QObject* o) {
-    for (; o; o = o->parent())
-        if (auto* g = qobject_cast<ui::DBGrid*>(o)) return g;
-    return nullptr;
-}
 
 } // namespace
 
@@ -265,22 +257,7 @@ int TfrmManagerGroups::StateIndex(const QTreeWidgetItem* node) {
 
 void TfrmManagerGroups::ExecuteSQL(const QString& sql, const std::function<void(db::Query&, void*)>& callback,
                                    void* data) {
-    db::Query q(dmDataBaseFIB()->RvDatabase(), Transaction);
-    Transaction->ensureStarted();
-    try {
-        q.setSql(sql);
-        if (callback) {
-            q.open();
-            callback(q, data);
-            q.close();
-        } else {
-            q.exec();
-        }
-        Transaction->commit();
-    } catch (...) {
-        if (Transaction->active()) Transaction->rollback();
-        throw;
-    }
+    crm::executeCommitted(Transaction, sql, callback, data);
 }
 
 void TfrmManagerGroups::FrameInit() {
@@ -465,13 +442,7 @@ void TfrmManagerGroups::DoSelection(ui::DBGrid* grid, db::DataSet* dataSet, cons
         Changed = true;
         return;
     }
-    if (grid->markedCount() == 0)
-        grid->setMarked(grid->currentIndex().isValid() ? grid->currentIndex().row() : 0, true);
-    QList<int> ids;
-    for (const auto& b : grid->markedBookmarks()) {
-        dataSet->gotoBookmark(b);
-        ids << dataSet->fieldByName("ID_USER")->value().toInt();
-    }
+    const QList<int> ids = crm::markedKeys(grid, dataSet, "ID_USER");
     for (int id : ids) {
         ExecuteSQL(Format(sqlTemplate, {ReportId, CUR_USER, id}));
         UpdateNodeState(id, true);
@@ -568,7 +539,7 @@ bool TfrmManagerGroups::isInside(const QTreeWidgetItem* node, const QTreeWidgetI
 
 bool TfrmManagerGroups::TreeDragOver(QObject* source, QTreeWidgetItem* target) const {
     if (!Rights) return false;
-    if (ui::DBGrid* g = gridOf(source); g == dbgrdSelectedManagers || g == dbgrdUnSelectedManagers) {
+    if (ui::DBGrid* g = crm::gridOf(source); g == dbgrdSelectedManagers || g == dbgrdUnSelectedManagers) {
         const db::DataSet* ds = g == dbgrdSelectedManagers ? ibqrySelectedManagers : ibqryUnSelectedManagers;
         return target && NodeId(target) != kAllGroups && ds->active() && !ds->isEmpty();
     }
@@ -582,15 +553,9 @@ bool TfrmManagerGroups::TreeDragOver(QObject* source, QTreeWidgetItem* target) c
 void TfrmManagerGroups::TreeDragDrop(QObject* source, QTreeWidgetItem* target) {
     if (!TreeDragOver(source, target)) return;
     QTreeWidgetItem* remembered = nullptr;
-    if (ui::DBGrid* g = gridOf(source)) {
+    if (ui::DBGrid* g = crm::gridOf(source)) {
         db::DataSet* ds = g == dbgrdSelectedManagers ? ibqrySelectedManagers : ibqryUnSelectedManagers;
-        if (g->markedCount() == 0)
-            g->setMarked(g->currentIndex().isValid() ? g->currentIndex().row() : 0, true);
-        QList<int> ids;
-        for (const auto& b : g->markedBookmarks()) {
-            ds->gotoBookmark(b);
-            ids << ds->fieldByName("ID_USER")->value().toInt();
-        }
+        const QList<int> ids = crm::markedKeys(g, ds, "ID_USER");
         for (int id : ids) {
             UpdateNodeState(id, true); // the group he leaves
             ExecuteSQL(Format(sPutManager, {id, NodeId(target)}));
@@ -627,7 +592,7 @@ void TfrmManagerGroups::TreeDragDrop(QObject* source, QTreeWidgetItem* target) {
 }
 
 bool TfrmManagerGroups::GridDragOver(ui::DBGrid* target, QObject* source) const {
-    ui::DBGrid* from = gridOf(source);
+    ui::DBGrid* from = crm::gridOf(source);
     if (target == dbgrdSelectedManagers)
         return from == dbgrdUnSelectedManagers && !ibqryUnSelectedManagers->isEmpty();
     if (target == dbgrdUnSelectedManagers)
@@ -657,58 +622,30 @@ void TfrmManagerGroups::SetFocus() {
 
 bool TfrmManagerGroups::eventFilter(QObject* o, QEvent* e) {
     const bool tree = o == tvManagerGroups->viewport();
-    ui::DBGrid* grid = gridOf(o);
+    ui::DBGrid* grid = crm::gridOf(o);
     if (!tree && !grid) return TAbsEditFrame::eventFilter(o, e);
-    QWidget* w = static_cast<QWidget*>(o);
-    switch (e->type()) {
-    case QEvent::MouseButtonPress: {
-        auto* me = static_cast<QMouseEvent*>(e);
-        dragStart_ = me->position().toPoint();
-        if (tree && me->button() == Qt::RightButton) {
-            const QPoint pos = dragStart_;
-            guard([&] { tvManagerGroupsMouseDown(Qt::RightButton, pos); });
-            return true;
-        }
-        break;
-    }
-    case QEvent::MouseMove: {
-        auto* me = static_cast<QMouseEvent*>(e);
-        if (!(me->buttons() & Qt::LeftButton) ||
-            (me->position().toPoint() - dragStart_).manhattanLength() < 5)
-            break;
-        if (tree && (!tvManagerGroups->currentItem() ||
-                     tvManagerGroups->isPersistentEditorOpen(tvManagerGroups->currentItem())))
-            break;
-        auto* drag = new QDrag(w);
-        auto* mime = new QMimeData;
-        mime->setData(kDragMime, o->objectName().toUtf8());
-        drag->setMimeData(mime);
-        drag->exec(Qt::MoveAction);
+    if (tree && e->type() == QEvent::MouseButtonPress &&
+        static_cast<QMouseEvent*>(e)->button() == Qt::RightButton) {
+        const QPoint pos = static_cast<QMouseEvent*>(e)->position().toPoint();
+        guard([&] { tvManagerGroupsMouseDown(Qt::RightButton, pos); });
         return true;
     }
-    case QEvent::DragEnter:
-    case QEvent::DragMove: {
-        auto* de = static_cast<QDropEvent*>(e);
-        const bool ok = de->mimeData()->hasFormat(kDragMime) &&
-                        (tree ? TreeDragOver(de->source(), tvManagerGroups->itemAt(de->position().toPoint()))
-                              : GridDragOver(grid, de->source()));
-        if (ok)
-            de->acceptProposedAction();
-        else
-            de->ignore();
+    const bool mayDrag = !tree || (tvManagerGroups->currentItem() &&
+                                   !tvManagerGroups->isPersistentEditorOpen(tvManagerGroups->currentItem()));
+    if (mayDrag && crm::handleDragStart(tree ? static_cast<QObject*>(tvManagerGroups) : grid, e, dragStart_))
         return true;
-    }
-    case QEvent::Drop: {
-        auto* de = static_cast<QDropEvent*>(e);
-        QObject* source = de->source();
-        QTreeWidgetItem* target = tree ? tvManagerGroups->itemAt(de->position().toPoint()) : nullptr;
-        de->acceptProposedAction();
-        guard([&] { tree ? TreeDragDrop(source, target) : GridDragDrop(grid, source); });
+    if (crm::handleDrop(
+            e,
+            [this, tree, grid](QObject* source, const QPoint& pos) {
+                return tree ? TreeDragOver(source, tvManagerGroups->itemAt(pos)) : GridDragOver(grid, source);
+            },
+            [this, tree, grid](QObject* source, const QPoint& pos) {
+                if (tree)
+                    TreeDragDrop(source, tvManagerGroups->itemAt(pos));
+                else
+                    GridDragDrop(grid, source);
+            }))
         return true;
-    }
-    default:
-        break;
-    }
     return TAbsEditFrame::eventFilter(o, e);
 }
 
