@@ -1,4 +1,5 @@
 #include "host/MainWindow.h"
+#include "host/CrmReportForm.h"
 #include "frames/core/AbsEditFrame.h"
 #include "frames/core/ConfigItem.h"
 #include "frames/core/Guard.h"
@@ -128,6 +129,14 @@ MainWindow::MainWindow(HostImpl* host, const frames::Registry* registry, QWidget
     QAction* filters =
         docs->addAction(QStringLiteral("Панель &фильтров…"), this, [this] { openFilterPanel(); });
     filters->setObjectName(QStringLiteral("actFilterPanel"));
+    docs->addAction(QStringLiteral("Отчёт &CRM…"), this, [this] {
+        auto* form = new CrmReportForm(1, this);
+        form->setAttribute(Qt::WA_DeleteOnClose);
+        if (frames::guard([&] { form->prepare(); }))
+            form->show();
+        else
+            delete form;
+    })->setObjectName(QStringLiteral("actCrmReport"));
     QToolBar* tb = addToolBar(QStringLiteral("Главная"));
     tb->setObjectName(QStringLiteral("tbMain"));
     tb->addAction(cards);
