@@ -1,10 +1,11 @@
 #include "host/MainWindow.h"
-#include "host/CrmReportForm.h"
 #include "frames/core/AbsEditFrame.h"
 #include "frames/core/ConfigItem.h"
 #include "frames/core/Guard.h"
 #include "frames/core/Registry.h"
 #include "host/CardForms.h"
+#include "host/CrmForms.h"
+#include "host/CrmReportForm.h"
 #include "host/DocumentForms.h"
 #include "host/FilterPanel.h"
 #include "host/HostImpl.h"
@@ -129,14 +130,13 @@ MainWindow::MainWindow(HostImpl* host, const frames::Registry* registry, QWidget
     QAction* filters =
         docs->addAction(QStringLiteral("Панель &фильтров…"), this, [this] { openFilterPanel(); });
     filters->setObjectName(QStringLiteral("actFilterPanel"));
-    docs->addAction(QStringLiteral("Отчёт &CRM…"), this, [this] {
-        auto* form = new CrmReportForm(1, this);
-        form->setAttribute(Qt::WA_DeleteOnClose);
-        if (frames::guard([&] { form->prepare(); }))
-            form->show();
-        else
-            delete form;
-    })->setObjectName(QStringLiteral("actCrmReport"));
+    docs->addAction(QStringLiteral("Отчёт &CRM…"), this,
+                    [this] { openCrmForm(QStringLiteral("TCRMFirmSelect_Frame")); })
+        ->setObjectName(QStringLiteral("actCrmReport"));
+    docs->addAction(QStringLiteral("&Компании CRM…"), this,
+                    [this] { openCrmForm(QStringLiteral("TFirmCharacter_Frame")); });
+    docs->addAction(QStringLiteral("&События компаний…"), this,
+                    [this] { openCrmForm(QStringLiteral("TEventCharacter_Frame")); });
     QToolBar* tb = addToolBar(QStringLiteral("Главная"));
     tb->setObjectName(QStringLiteral("tbMain"));
     tb->addAction(cards);
@@ -283,6 +283,7 @@ bool MainWindow::hasHostForm(const QString& className) const {
     const frames::FrameClass* c = registry_->find(className);
     if (!c) return false;
     if (c->family == QLatin1String("lookup") || className == QLatin1String("TReportChart_EF")) return true;
+    if (c->family == QLatin1String("crm")) return className != QLatin1String("TUserFirmCharacter_Frame");
     return c->family == QLatin1String("edit") && (editsDocuments(className) || findDocumentFilter(className));
 }
 
@@ -297,6 +298,30 @@ void MainWindow::openHostOfFrame(const QString& className) {
         openFilterPanel(); // the chart of the report's result, under the filters
     else if (editsDocuments(className))
         openDocumentList(className);
+    else if (c->family == QLatin1String("crm"))
+        openCrmForm(className);
+}
+
+void MainWindow::openCrmForm(const QString& className) {
+    // The check lists on the edit dialogs of the companies or the events, the selection trees on
+    // the report form.
+    QWidget* form = nullptr;
+    frames::guard([&] {
+        if (className == QLatin1String("TEventCharacter_Frame")) {
+            form = makeEventList(host_, this);
+        } else if (className.startsWith(QLatin1String("TFirm"))) {
+            form = makeFirmList(host_, this);
+        } else {
+            auto report = std::make_unique<CrmReportForm>(1, this);
+            report->prepare();
+            form = report.release();
+        }
+    });
+    if (!form) return;
+    form->setAttribute(Qt::WA_DeleteOnClose);
+    form->show();
+    form->raise();
+    form->activateWindow();
 }
 
 RecordListForm* MainWindow::openDocumentList(const QString& focusClass) {

@@ -1,5 +1,6 @@
 #include "frames/crm/EF_FirmCharacter.h"
 #include "frames/core/Registry.h"
+#include "platform/db/Field.h"
 
 namespace frames {
 
@@ -12,6 +13,12 @@ void TEventCharacter_Frame::pFIBDataSet2BeforeOpen(db::AbstractDataSet& dataSet)
     TFirmCharacter_Frame::pFIBDataSet2BeforeOpen(dataSet);
     SetParam(pFIBDataSet2, "FIRM", Firm);
     SetParam(pFIBDataSet2, "MANAGER", Manager);
+}
+
+void TEventCharacter_Frame::TakeRecordKeys(const db::AbstractDataSet& record) {
+    TFirmCharacter_Frame::TakeRecordKeys(record);
+    if (db::Field* f = record.findField("FIRM"); f && !f->isNull()) Firm = f->value().toInt();
+    if (db::Field* f = record.findField("MANAGER"); f && !f->isNull()) Manager = f->value().toInt();
 }
 
 QString TFirmBusinessSphere_Frame::GetSelectedIds() const {

@@ -31,6 +31,8 @@ public:
     using TFirmCharacter_Frame::TFirmCharacter_Frame;
     void Init() override;
     void pFIBDataSet2BeforeOpen(db::AbstractDataSet& dataSet) override;
+    // Bound to an event record: its key, company (FIRM) and manager (MANAGER).
+    void TakeRecordKeys(const db::AbstractDataSet& record) override;
 
     int Firm = -1;
     int Manager = -1;

@@ -1,5 +1,7 @@
 #include "frames/crm/EF_MarkList.h"
 #include "frames/core/Host.h"
+#include "frames/core/HostForms.h"
+#include "platform/db/DataSource.h"
 #include "frames/core/Tyapi.h"
 #include "platform/db/Field.h"
 #include <QLayout>
@@ -39,8 +41,16 @@ void TMarkList_Frame::pFIBDataSet2BeforeOpen(db::AbstractDataSet&) {
     SetParam(pFIBDataSet2, "KIND", Kind);
 }
 
+void TMarkList_Frame::TakeRecordKeys(const db::AbstractDataSet& record) {
+    if (db::Field* key = record.findField(RecordKeyField); key && !key->isNull())
+        ObjectKey = key->value().toInt();
+}
+
 void TMarkList_Frame::Init() {
     TAbsEditFrame::Init();
+    if (db::DataSource* record = editDialogBinding(this);
+        record && record->dataSet() && record->dataSet()->active() && !RecordKeyField.isEmpty())
+        TakeRecordKeys(*record->dataSet());
     List->clear();
     struct Closer {
         TMarkList_Frame* f;

@@ -22,6 +22,7 @@ class TMarkList_Frame : public TAbsEditFrame {
     Q_PROPERTY(QString LinkTable MEMBER LinkTable)
     Q_PROPERTY(QString LinkKeyColumn MEMBER LinkKeyColumn)
     Q_PROPERTY(QString LinkValueColumn MEMBER LinkValueColumn)
+    Q_PROPERTY(QString RecordKeyField MEMBER RecordKeyField)
 public:
     // listName: the component name of the check list (clbCharacter, clbTerritory ...).
     TMarkList_Frame(QWidget* parent, const char* listName);
@@ -52,8 +53,13 @@ public:
     QString ValueField;
     QString UpdateProcedure;
     QString LinkTable, LinkKeyColumn, LinkValueColumn;
+    // On a host's edit dialog over a list form, the object key is this field of the list's current
+    // record (taken in Init).
+    QString RecordKeyField;
 
 protected:
+    // Takes the keys from the record the frame is bound to.
+    virtual void TakeRecordKeys(const db::AbstractDataSet& record);
     // The statement that stores one row's state.
     virtual QVariantList RowStatement(int id, bool checked) const;
     static void SetParam(db::DataSet* ds, const QString& name, const QVariant& value);

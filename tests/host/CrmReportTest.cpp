@@ -1,6 +1,9 @@
 #include "frames/core/RunParams.h"
 #include "frames/crm/EF_CRMSelect.h"
+#include "frames/crm/EF_FirmCharacter.h"
+#include "host/CrmForms.h"
 #include "host/CrmReportForm.h"
+#include "host/FrameHostForms.h"
 #include "platform/db/DataSet.h"
 #include "tests/host/WorkbenchFixture.h"
 
@@ -44,4 +47,35 @@ TEST_F(CrmReport, ReportJoinsTheChoicesOfTheUser) {
     EXPECT_EQ(events(4), 1); // event 3: company 4, manager 7
     EXPECT_EQ(events(2), 0);
     EXPECT_EQ(events(3), -1);
+}
+
+// On the edit dialog of a company the check lists show that company's marks and OK stores what
+// was ticked; on an event's dialog the event's own characteristics show.
+TEST_F(CrmReport, CompanyAndEventDialogsEditTheirMarks) {
+    std::unique_ptr<workbench::RecordListForm> firms(workbench::makeFirmList(wb.get()));
+    ASSERT_TRUE(firms->records()->locate("ID", 3));
+    {
+        workbench::FrameEditDialog dlg(wb.get(), firms.get());
+        dlg.prepare();
+        auto* territory = qobject_cast<TFirmTerritory_Frame*>(dlg.frame("TFirmTerritory_Frame"));
+        ASSERT_NE(territory, nullptr);
+        EXPECT_EQ(territory->ObjectKey, 3);
+        QList<int> ids = territory->CheckedIds();
+        std::sort(ids.begin(), ids.end());
+        EXPECT_EQ(ids, (QList<int>{1, 2}));
+        territory->SetChecked(4, true);
+        dlg.accept();
+        EXPECT_TRUE(wb->loggedMessages().isEmpty()) << wb->loggedMessages().join("\n").toStdString();
+    }
+    EXPECT_EQ(scalar("select count(*) from FIRM_TERRITORY where firm = 3").toInt(), 3);
+
+    std::unique_ptr<workbench::RecordListForm> events(workbench::makeEventList(wb.get()));
+    ASSERT_TRUE(events->records()->locate("ID", 2));
+    workbench::FrameEditDialog dlg(wb.get(), events.get());
+    dlg.prepare();
+    auto* chars = qobject_cast<TEventCharacter_Frame*>(dlg.frame("TEventCharacter_Frame"));
+    ASSERT_NE(chars, nullptr);
+    EXPECT_EQ(chars->Firm, 3);
+    EXPECT_EQ(chars->CheckedIds(), (QList<int>{2}));
+    dlg.reject();
 }
