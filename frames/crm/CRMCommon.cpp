@@ -51,6 +51,17 @@ QList<int> markedKeys(ui::DBGrid* grid, db::AbstractDataSet* dataSet, const QStr
     return ids;
 }
 
+void orderOnServer(ui::DBGrid* grid, db::DataSet* dataSet, QString& baseSql, const QString& alias) {
+    if (baseSql.isEmpty()) baseSql = dataSet->selectSql();
+    QStringList order;
+    for (const db::SortKey& k : grid->sortKeys()) order << k.field + (k.ascending ? "" : " desc");
+    QString sql = baseSql;
+    if (!order.isEmpty()) sql += "\norder by " + alias + order.join(", " + alias);
+    if (sql == dataSet->selectSql()) return;
+    dataSet->setSelectSql(sql);
+    if (dataSet->active()) dataSet->reopen();
+}
+
 bool handleDragStart(QObject* view, QEvent* e, QPoint& pressedAt) {
     if (e->type() == QEvent::MouseButtonPress) {
         pressedAt = static_cast<QMouseEvent*>(e)->position().toPoint();

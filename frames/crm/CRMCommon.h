@@ -26,6 +26,11 @@ ui::DBGrid* gridOf(QObject* o);
 // The key values of the marked rows of a grid; the current row is marked first when none is.
 QList<int> markedKeys(ui::DBGrid* grid, db::AbstractDataSet* dataSet, const QString& keyField);
 
+// The grids sort on the server: rebuilds the order clause of the grid's dataset from its sort
+// markers, each column prefixed with alias ("cv.", "u."), and reopens it. baseSql keeps the text
+// without the clause (taken on the first call).
+void orderOnServer(ui::DBGrid* grid, db::DataSet* dataSet, QString& baseSql, const QString& alias);
+
 // Dragging rows or nodes between the frame's own views, for an event filter on their viewports.
 // handleDragStart records the press and starts the drag once the left button moved 5 pixels
 // (true: the event was used). handleDrop answers drag-enter/move through `accepts` and runs

@@ -362,16 +362,8 @@ void TCRMSelect_Frame::DragDrop(ui::DBGrid* target, QObject* source) {
 }
 
 void TCRMSelect_Frame::dbgrdSortMarkingChanged(ui::DBGrid* grid) {
-    // The grids sort on the server: the order clause is rebuilt from the sort markers.
-    auto* ds = grid == dbgrdSelected ? ibqrySelected : ibqryUnSelected;
-    if (!baseSelect_.contains(grid)) baseSelect_[grid] = ds->selectSql();
-    QStringList order;
-    for (const db::SortKey& k : grid->sortKeys()) order << k.field + (k.ascending ? "" : " desc");
-    QString sql = baseSelect_[grid];
-    if (!order.isEmpty()) sql += "\norder by " + SortAlias + order.join(", " + SortAlias);
-    if (sql == ds->selectSql()) return;
-    ds->setSelectSql(sql);
-    if (ds->active()) ds->reopen();
+    crm::orderOnServer(grid, grid == dbgrdSelected ? ibqrySelected : ibqryUnSelected, baseSelect_[grid],
+                       SortAlias);
 }
 
 void TCRMSelect_Frame::lfClassifslcSelectChange() {

@@ -1,8 +1,8 @@
 #include "frames/crm/EF_MarkList.h"
 #include "frames/core/Host.h"
 #include "frames/core/HostForms.h"
-#include "platform/db/DataSource.h"
 #include "frames/core/Tyapi.h"
+#include "platform/db/DataSource.h"
 #include "platform/db/Field.h"
 #include <QLayout>
 #include <QSet>

@@ -223,6 +223,9 @@ TfrmManagerGroups::TfrmManagerGroups(QWidget* parent) : TAbsEditFrame(parent) {
     });
     connect(dbgrdUnSelectedManagers, &ui::DBGrid::activated, actSelectManagers, &QAction::trigger);
     connect(dbgrdSelectedManagers, &ui::DBGrid::activated, actUnSelectManagers, &QAction::trigger);
+    for (ui::DBGrid* g : {dbgrdUnSelectedManagers, dbgrdSelectedManagers})
+        connect(g, &ui::DBGrid::sortKeysChanged, this,
+                [this, g] { guard([&] { dbgrdSortMarkingChanged(g); }); });
     connect(tvManagerGroups, &QTreeWidget::currentItemChanged, this, [this] {
         if (!building_) guard([&] { OpenDataSets(); });
         alManagersUpdate();
@@ -605,6 +608,11 @@ void TfrmManagerGroups::GridDragDrop(ui::DBGrid* target, QObject* source) {
     alManagersUpdate();
     QAction* a = target == dbgrdSelectedManagers ? actSelectManagers : actUnSelectManagers;
     if (a->isEnabled()) a->trigger();
+}
+
+void TfrmManagerGroups::dbgrdSortMarkingChanged(ui::DBGrid* grid) {
+    crm::orderOnServer(grid, grid == dbgrdSelectedManagers ? ibqrySelectedManagers : ibqryUnSelectedManagers,
+                       baseSelect_[grid], "u.");
 }
 
 void TfrmManagerGroups::ReadOptions(QSettings& ini) {

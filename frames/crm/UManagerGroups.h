@@ -64,6 +64,8 @@ public:
     bool TreeDragOver(QObject* source, QTreeWidgetItem* target) const;
     void TreeDragDrop(QObject* source, QTreeWidgetItem* target);
     bool GridDragOver(ui::DBGrid* target, QObject* source) const;
+    // The grids sort on the server, by columns of "u.".
+    void dbgrdSortMarkingChanged(ui::DBGrid* grid);
     void GridDragDrop(ui::DBGrid* target, QObject* source);
 
     static int NodeId(const QTreeWidgetItem* node);
@@ -98,6 +100,7 @@ private:
     bool isInside(const QTreeWidgetItem* node, const QTreeWidgetItem* ancestor) const;
     QPoint dragStart_;
     bool building_ = false;
+    QHash<const ui::DBGrid*, QString> baseSelect_;
 };
 
 } // namespace frames

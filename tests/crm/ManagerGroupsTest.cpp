@@ -94,6 +94,13 @@ TEST_F(ManagerGroups, StatesFollowTheChoice) {
     EXPECT_EQ(chosen(11), "2,3,4,6,7,9");
     EXPECT_EQ(TfrmManagerGroups::StateIndex(centre), 3);
     EXPECT_EQ(chosen(12), "");
+
+    // The chosen grid sorts on the server by the marked column.
+    f->dbgrdSelectedManagers->setSortKeys({{"NAME_USER", false}});
+    EXPECT_TRUE(f->ibqrySelectedManagers->selectSql().endsWith("order by u.NAME_USER desc"))
+        << f->ibqrySelectedManagers->selectSql().toStdString();
+    ASSERT_EQ(f->ibqrySelectedManagers->recordCount(), 2); // Moscow, still current: Яковлева, Петрова
+    EXPECT_EQ(f->ibqrySelectedManagers->valueAt(0, 0).toInt(), 7);
     EXPECT_TRUE(host->errors().isEmpty()) << host->errors().join("; ").toStdString();
 }
 
