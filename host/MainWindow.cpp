@@ -5,6 +5,8 @@
 #include "frames/core/Registry.h"
 #include "host/CardForms.h"
 #include "host/ClientForms.h"
+#include "host/CrmForms.h"
+#include "host/CrmReportForm.h"
 #include "host/DocumentForms.h"
 #include "host/FilterPanel.h"
 #include "host/HostImpl.h"
@@ -146,6 +148,13 @@ MainWindow::MainWindow(HostImpl* host, const frames::Registry* registry, QWidget
         ->setObjectName(QStringLiteral("actReportSettings"));
     docs->addAction(QStringLiteral("Платежи выбранных &контрагентов…"), this, [this] { openClientReport(); })
         ->setObjectName(QStringLiteral("actClientReport"));
+    docs->addAction(QStringLiteral("Отчёт &CRM…"), this,
+                    [this] { openCrmForm(QStringLiteral("TCRMFirmSelect_Frame")); })
+        ->setObjectName(QStringLiteral("actCrmReport"));
+    docs->addAction(QStringLiteral("&Компании CRM…"), this,
+                    [this] { openCrmForm(QStringLiteral("TFirmCharacter_Frame")); });
+    docs->addAction(QStringLiteral("&События компаний…"), this,
+                    [this] { openCrmForm(QStringLiteral("TEventCharacter_Frame")); });
     QToolBar* tb = addToolBar(QStringLiteral("Главная"));
     tb->setObjectName(QStringLiteral("tbMain"));
     tb->addAction(cards);
@@ -312,6 +321,7 @@ bool MainWindow::hasHostForm(const QString& className) const {
         className == QLatin1String("TClientSelect_DF"))
         return true;
     if (className == QLatin1String("TfrAddress")) return true; // on the client's card
+    if (c->family == QLatin1String("crm")) return className != QLatin1String("TUserFirmCharacter_Frame");
     if (c->family == QLatin1String("medit")) return documentMassEdit().findByFrame(className) != nullptr;
     return (c->family == QLatin1String("edit") || c->family == QLatin1String("media")) &&
            (editsDocuments(className) || findDocumentFilter(className));
@@ -334,6 +344,30 @@ void MainWindow::openHostOfFrame(const QString& className) {
         openDocumentList(className);
     else if (c->family == QLatin1String("medit"))
         openMassEdit(className);
+    else if (c->family == QLatin1String("crm"))
+        openCrmForm(className);
+}
+
+void MainWindow::openCrmForm(const QString& className) {
+    // The check lists on the edit dialogs of the companies or the events, the selection trees on
+    // the report form.
+    QWidget* form = nullptr;
+    frames::guard([&] {
+        if (className == QLatin1String("TEventCharacter_Frame")) {
+            form = makeEventList(host_, this);
+        } else if (className.startsWith(QLatin1String("TFirm"))) {
+            form = makeFirmList(host_, this);
+        } else {
+            auto report = std::make_unique<CrmReportForm>(1, this);
+            report->prepare();
+            form = report.release();
+        }
+    });
+    if (!form) return;
+    form->setAttribute(Qt::WA_DeleteOnClose);
+    form->show();
+    form->raise();
+    form->activateWindow();
 }
 
 MassEditDialog* MainWindow::openMassEdit(const QString& frameClass) {

@@ -56,6 +56,8 @@ public:
     // What "На форме редактирования…" opens for the frame shown: the record list of a lookup,
     // the documents for a value editor, the filter panel for a filter, the mass-edit dialog over
     // the documents for a mass-edit frame; nothing for the others.
+    // The form that hosts a CRM frame: the company or event list, or the CRM report form.
+    void openCrmForm(const QString& className);
     void openHostOfFrame(const QString& className);
     // Whether the frame browser offers a host form for that class.
     bool hasHostForm(const QString& className) const;

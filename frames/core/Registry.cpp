@@ -112,7 +112,7 @@ QString Registry::familyCaption(const QString& family) {
         {QStringLiteral("filter"), QStringLiteral("Фильтры отчётов")},
         {QStringLiteral("medit"), QStringLiteral("Групповое изменение")},
         {QStringLiteral("lists"), QStringLiteral("Списки")},
-        {QStringLiteral("crm"), QStringLiteral("CRM")},
+        {QStringLiteral("crm"), QStringLiteral("Выбор для отчётов CRM, характеристики")},
     };
     return names.value(family, family);
 }
