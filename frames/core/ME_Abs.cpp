@@ -1,6 +1,7 @@
 #include "frames/core/ME_Abs.h"
 #include "frames/core/Host.h"
 #include "frames/core/RunParams.h"
+#include "frames/core/Tyapi.h"
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
 
@@ -64,6 +65,10 @@ bool TAbsMEditFrame::ApplyChanges() {
 
 void TAbsMEditFrame::pfUpdateBeforeExecute(QObject*) {}
 void TAbsMEditFrame::pfUpdateAfterExecute(QObject*) {}
+
+void TAbsMEditFrame::DelParam(const QString& name) {
+    paramList_ = IBDelParam(paramList_.join(QLatin1Char('\n')), name).split(QLatin1Char('\n'));
+}
 
 int TAbsMEditFrame::SessionNumber() {
     return dmDataBaseFIB()->SessionNumber();

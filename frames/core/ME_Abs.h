@@ -59,6 +59,9 @@ public:
     db::Transaction* pfTransaction;
 
 protected:
+    // Drops a parameter from the parameter list (the "MultiEdit" parameters the dialog handed
+    // over), so that a later update does not see it.
+    void DelParam(const QString& name);
     // Sets parameter name when the statement has it.
     void setIfPresent(const QString& name, const QVariant& value);
     // Sets parameter name (the statement must have it): null for an invalid QVariant.

@@ -27,6 +27,16 @@ QString IBBool(bool value) {
     return value ? QStringLiteral("'T'") : QStringLiteral("'F'");
 }
 
+QString IBDelParam(const QString& params, const QString& name) {
+    QStringList kept;
+    for (const QString& line : params.split(QLatin1Char('\n'))) {
+        const qsizetype eq = line.indexOf(QLatin1Char('='));
+        const QString key = (eq < 0 ? line : line.left(eq)).trimmed();
+        if (key.compare(name.trimmed(), Qt::CaseInsensitive) != 0) kept << line;
+    }
+    return kept.join(QLatin1Char('\n'));
+}
+
 QString SqlNumber(double value) {
     if (!std::isfinite(value)) return QStringLiteral("null");
     const QString plain = ui::floatToStr(value);

@@ -34,6 +34,8 @@ void QvProcExec(const QString& procedure, const QVariantList& values);
 QString IBBool(bool value);
 // Quotes a string as an SQL literal: 'it''s'.
 QString StrParam(const QString& value);
+// A parameter string (name=value lines) without the lines of that name (in any case).
+QString IBDelParam(const QString& params, const QString& name);
 // A number as an SQL literal that the server takes against any numeric column: as it stands
 // when it has at most four decimals and eighteen digits ("1234.5"), otherwise with an exponent
 // ("1e-18"), which the server reads as a double. (A longer exact literal is refused, or makes the

@@ -66,6 +66,11 @@ void TLayerFrame_ME::releaseForm() {
     form->setGeometry(bounds_);
 }
 
+void TLayerFrame_ME::pfUpdateAfterExecute(QObject* sender) {
+    TAbsMEditFrame::pfUpdateAfterExecute(sender);
+    DelParam(QStringLiteral("DelOther"));
+}
+
 bool TLayerFrame_ME::ApplyChanges() {
     if (auto* layer = qobject_cast<TfmAbsLayer_ME*>(form_.data())) {
         layer->PrepareChanges();

@@ -18,6 +18,8 @@ public:
     void SetParams(const QString& params) override;
     bool ApplyChanges() override;
     void pfUpdateBeforeExecute(QObject* sender) override;
+    // The one-off parameter "DelOther" is dropped once the update has run.
+    void pfUpdateAfterExecute(QObject* sender) override;
     void FormClose() override;
 
     // Embeds the form of that class id in parent, in slot index (only 0 exists).

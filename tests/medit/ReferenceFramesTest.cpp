@@ -289,7 +289,7 @@ TEST_F(MassEditTest, LayerFrameEmbedsTheHostFormAndLetsItRefuse) {
     const QString sql = "SQL=update PAYMENT_DOC d set d.ARTICUL = cast(:new_value as varchar(30)) where "
                         "d.ID_PAYMENT_DOC in (select RECORD_ID from MEDIT_MARKS where SESSION_ID = :session)";
     {
-        auto f = frameWith<TLayerFrame_ME>("TLayerFrame_ME", {sql, "ClassID=NoteLayer"});
+        auto f = frameWith<TLayerFrame_ME>("TLayerFrame_ME", {sql, "ClassID=NoteLayer", "delother=1"});
         EXPECT_EQ(f->Form(), &h.layer);
         EXPECT_EQ(h.layer.parentWidget(), f->pnLayer);
         EXPECT_TRUE(h.layer.Embedded);
@@ -300,10 +300,13 @@ TEST_F(MassEditTest, LayerFrameEmbedsTheHostFormAndLetsItRefuse) {
         h.layer.allow = false;
         EXPECT_EQ(apply(f.get(), {1}), -1);
         EXPECT_EQ(h.layer.calls.last(), "prepare");
+        EXPECT_EQ(f->Values("DelOther"), "1"); // nothing ran: the one-off parameter stays
         EXPECT_NE(column("ARTICUL").at(1).toString(), "Из формы");
         h.layer.allow = true;
         EXPECT_EQ(apply(f.get(), {1}), 1);
         EXPECT_EQ(column("ARTICUL").at(1).toString(), "Из формы");
+        EXPECT_EQ(f->Values("DelOther"), "");
+        EXPECT_EQ(f->Values("ClassID"), "NoteLayer");
         f->FormClose();
         EXPECT_EQ(h.layer.parentWidget(), nullptr);
         EXPECT_FALSE(h.layer.Embedded);
