@@ -2,6 +2,7 @@
 #include "frames/core/Guard.h"
 #include "frames/core/HostBoxes.h"
 #include "frames/core/Registry.h"
+#include "frames/media/ImagePrint.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/DataSource.h"
 #include "platform/db/Database.h"
@@ -24,7 +25,6 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QPainter>
-#include <QPdfWriter>
 #include <QRegularExpression>
 #include <QScrollArea>
 #include <QSplitter>
@@ -741,23 +741,8 @@ void TfrImages::aPasteImageExecute() {
 
 void TfrImages::aPrintActionExecute() {
     if (picture_.empty() || picture_.isMetafile()) return;
-    // The page goes to the desktop's viewer as a PDF (A4, the picture fitted), printed from there.
-    const QString pdf = QDir(TYConfig()->ProfilePath()).filePath(QStringLiteral("TyImage.pdf"));
-    {
-        QPdfWriter writer(pdf);
-        writer.setPageSize(QPageSize(QPageSize::A4));
-        writer.setPageMargins(QMarginsF(10, 10, 10, 10), QPageLayout::Millimeter);
-        writer.setTitle(DefaultFileName());
-        QPainter p(&writer);
-        if (!p.isActive())
-            throw std::runtime_error(
-                QStringLiteral("Не удалось подготовить печать в файл %1").arg(pdf).toStdString());
-        const QRect page = p.viewport();
-        const QSize size = picture_.image.size().scaled(page.size(), Qt::KeepAspectRatio);
-        p.drawImage(QRect(page.topLeft(), size), picture_.image);
-    }
-    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(pdf)))
-        TyWarningBox(QStringLiteral("Страница записана в %1: откройте файл и напечатайте его.").arg(pdf));
+    // The print dialog chooses the printer; the page is the picture fitted to A4.
+    printPicture(picture_.image, DefaultFileName(), this, PrintFile);
 }
 
 QString TfrImages::DefaultScannerModule() {

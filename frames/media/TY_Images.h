@@ -60,6 +60,7 @@ class TfrImages : public TAbsEditFrame {
     Q_PROPERTY(QString KeyFieldName MEMBER KeyFieldName)
     Q_PROPERTY(int KeyValue MEMBER KeyValue)
     Q_PROPERTY(QString ScannerModule MEMBER ScannerModule)
+    Q_PROPERTY(QString PrintFile MEMBER PrintFile)
 public:
     explicit TfrImages(QWidget* parent = nullptr);
     ~TfrImages() override;
@@ -134,6 +135,9 @@ public:
     int KeyValue = 0;
     // Path of the scanner module; empty: DefaultScannerModule().
     QString ScannerModule;
+    // Where "Печать" puts the page: empty, the printer the print dialog asks for; else this PDF
+    // file, without asking.
+    QString PrintFile;
 
     QSplitter* Splitter;
     ui::DBGrid* EhDBGrid;

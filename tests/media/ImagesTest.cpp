@@ -288,13 +288,23 @@ TEST_F(Images, DeletedPageLeavesTheOthersTheirNumbers) {
 }
 
 // Copy puts the picture on the clipboard; paste stores what is there as a bitmap (code 0) even
-// when it came from a JPEG; cut and clear empty the stored image (code -1).
-TEST_F(Images, ClipboardCopyPasteCutAndClear) {
+// when it came from a JPEG; cut and clear empty the stored image (code -1). Print puts the page
+// on the printer (here a PDF file).
+TEST_F(Images, ClipboardCopyPasteCutClearAndPrint) {
     auto f = make(1);
     f->aNext->trigger(); // the JPEG page
     const QImage jpeg = f->Picture().image;
     f->aCopyImage->trigger();
     EXPECT_EQ(QGuiApplication::clipboard()->image().size(), jpeg.size());
+
+    QTemporaryDir printed;
+    f->PrintFile = printed.filePath("page.pdf");
+    ASSERT_TRUE(f->aPrintAction->isEnabled());
+    f->aPrintAction->trigger();
+    QFile pdf(f->PrintFile);
+    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(pdf.read(5) == "%PDF-");
+    EXPECT_GT(pdf.size(), 1000);
 
     auto other = make(4);
     addPage(other.get());
