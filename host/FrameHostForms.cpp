@@ -381,10 +381,10 @@ void FrameEditDialog::prepare() {
         }
     }
     grid->setRowStretch(grid->rowCount(), 1);
-    if (columns > 1) {
+    {
         // Big enough to show every frame without scrolling, within reason.
         const QSize hint = body_->sizeHint();
-        resize(qMin(1400, hint.width() + 40), qMin(1000, hint.height() + 80));
+        resize(qBound(520, hint.width() + 40, 1400), qBound(160, hint.height() + 80, 1000));
     }
     frames::TAbsEditFrame* first = list_->focusEditor.isEmpty() ? nullptr : frame(list_->focusEditor);
     if (!first && !frames_.empty()) first = frames_.front();

@@ -6,16 +6,24 @@
 #include "frames/edit/EF_PeriodExt.h"
 #include "frames/edit/EF_SetDate.h"
 #include "frames/edit/EF_SetDouble.h"
+#include "host/CardChoiceForm.h"
 #include "host/CardForms.h"
+#include "host/ClientForms.h"
+#include "host/ClientReportForm.h"
+#include "host/CrmForms.h"
+#include "host/CrmReportForm.h"
 #include "host/CurHistoryForm.h"
 #include "host/DocumentForms.h"
 #include "host/FilterPanel.h"
+#include "host/FindForm.h"
 #include "host/FrameHostForms.h"
+#include "host/GridTools.h"
 #include "host/HostImpl.h"
 #include "host/HostedFrames.h"
 #include "host/MainWindow.h"
 #include "host/MassEdit.h"
 #include "host/ReferenceForms.h"
+#include "host/ReportSettingsForm.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/Database.h"
 #include "platform/db/Error.h"
@@ -36,8 +44,10 @@
 #include <QTranslator>
 #include <QVBoxLayout>
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <stdexcept>
+#include <vector>
 
 namespace workbench {
 
@@ -375,6 +385,77 @@ int writeScreenshots(HostImpl& host, const frames::Registry& registry, const QSt
         shots.push_back(shot);
     }
 
+    // The other forms, each as it opens: the clients and a client's card, the report over the
+    // client selection, the report settings, the CRM report and lists, the card chooser, the find
+    // form over a list and the grid columns dialog. They are hidden, not closed, afterwards: a
+    // closing form would store its settings.
+    {
+        std::vector<std::unique_ptr<QWidget>> keep; // a dialog after the list it edits
+        const auto own = [&keep](auto* w) {
+            keep.emplace_back(w);
+            return w;
+        };
+        const auto shootForm = [&](const QString& name, const std::function<QWidget*()>& make) {
+            Shot shot{name, QStringLiteral("host forms"), {}, {}};
+            try {
+                QWidget* w = make();
+                w->show();
+                if (savePicture(w, dir, name, shot)) ++written;
+                if (auto* dlg = qobject_cast<FrameEditDialog*>(w))
+                    dlg->reject(); // the record leaves edit state
+                else
+                    w->hide();
+            } catch (...) {
+                shot.error = frames::errorText(std::current_exception());
+            }
+            shots.push_back(shot);
+        };
+        RecordListForm* clients = nullptr;
+        const auto clientList = [&]() -> RecordListForm* {
+            if (!clients) clients = own(makeClientList(&host));
+            return clients;
+        };
+        shootForm(QStringLiteral("ClientListForm"), [&] { return clientList(); });
+        shootForm(QStringLiteral("ClientCard"), [&] {
+            auto* dlg = own(new FrameEditDialog(&host, clientList()));
+            dlg->prepare();
+            return dlg;
+        });
+        shootForm(QStringLiteral("ClientReportForm"), [&] {
+            auto* form = own(new ClientReportForm(&host));
+            form->prepare();
+            return form;
+        });
+        shootForm(QStringLiteral("ReportSettingsForm"), [&] {
+            auto* form = own(new ReportSettingsForm(&host));
+            form->prepare();
+            return form;
+        });
+        shootForm(QStringLiteral("CrmReportForm"), [&] {
+            auto* form = own(new CrmReportForm(1));
+            form->prepare();
+            return form;
+        });
+        shootForm(QStringLiteral("CrmFirmListForm"), [&] { return own(makeFirmList(&host)); });
+        shootForm(QStringLiteral("CrmEventListForm"), [&] { return own(makeEventList(&host)); });
+        frames::TRunParams cardParams;
+        shootForm(QString::fromLatin1(CardChoiceForm::FormName), [&] {
+            auto* form = own(new CardChoiceForm(host.RvDatabase(), host.pfReadTransaction(), cardParams));
+            form->open();
+            return form;
+        });
+        shootForm(QStringLiteral("FindForm"), [&] {
+            auto* form = own(new FindForm(clientList()));
+            form->setDBGrid(clientList()->grid());
+            form->edit()->setText(QStringLiteral("Импорт"));
+            form->findNext();
+            return form;
+        });
+        shootForm(QStringLiteral("GridColumnsDialog"),
+                  [&] { return own(new GridColumnsDialog(clientList()->grid(), clientList())); });
+        while (!keep.empty()) keep.pop_back();
+    }
+
     // The reference forms of the module runner.
     for (const ReferenceFormDef& def : referenceForms()) {
         Shot shot{QStringLiteral("ReferenceForm ") + def.name, QStringLiteral("reference forms"), {}, {}};
@@ -506,7 +587,8 @@ int run(int argc, char** argv) {
             imagesClaim = std::make_unique<frames::schema::DemoDatabaseLock>(images);
             if (frames::schema::ensureDemoDatabase(images, &previous, imagesClaim.get(), 120000,
                                                    frames::schema::imageScripts()))
-                std::printf("Demo image database created at %s\n", qPrintable(QDir::toNativeSeparators(images)));
+                std::printf("Demo image database created at %s\n",
+                            qPrintable(QDir::toNativeSeparators(images)));
         }
         host.openDatabase(path);
     } catch (const frames::db::Error& e) {
