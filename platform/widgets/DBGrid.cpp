@@ -236,6 +236,12 @@ void DBGrid::beforeReset() {
 
 void DBGrid::afterReset() {
     if (haveHeld_ && model_->columnCount() > 0) applyColumnStates(held_);
+    // The first rows widen the columns that are too narrow for them, unless the user's own
+    // layout sets the widths.
+    if (!haveHeld_ && !widened_ && model_->rowCount() > 0) {
+        widened_ = true;
+        widenColumnsToContents();
+    }
     remapMarks();
     syncFromDataSet();
     horizontalHeader()->viewport()->update();

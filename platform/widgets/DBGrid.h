@@ -119,6 +119,7 @@ private:
     std::vector<ColumnState> held_; // column layout carried across a model reset
     bool haveHeld_ = false;
     int anchor_ = -1;
+    bool widened_ = false; // the columns were fitted to the first rows
     bool multiSelect_ = true, sortMarking_ = true, readOnly_ = true;
     bool syncing_ = false, newColumns_ = false;
     mutable bool peeking_ = false;
