@@ -92,11 +92,11 @@ constexpr int kNameRole = Qt::UserRole + 2;
 
 QString TfrmManagerGroups::Format(const QString& fmt, const QVariantList& args) {
     // %d and %s take the next argument, %N:d / %N:s argument N (and go on from N + 1).
-    static const QRegularExpression spec(QStringLiteral("%(?:(\\d+):)?([ds])"));
+    static const QRegularExpression placeholder(QStringLiteral("%(?:(\\d+):)?([ds])"));
     QString out;
     qsizetype last = 0;
     int next = 0;
-    for (auto it = spec.globalMatch(fmt); it.hasNext();) {
+    for (auto it = placeholder.globalMatch(fmt); it.hasNext();) {
         const auto m = it.next();
         out += fmt.mid(last, m.capturedStart() - last);
         const int index = m.captured(1).isEmpty() ? next : m.captured(1).toInt();

@@ -41,18 +41,6 @@ protected:
         frames_.emplace_back(Registry::instance().create(cls, &top_));
         return qobject_cast<T*>(frames_.back().get());
     }
-    QVariant scalar(const QString& sql) {
-        auto d = connectAs(QStringLiteral("SYSDBA"));
-        db::Transaction tr(d.get(), db::TransactionOptions::read());
-        tr.start();
-        db::Query q(d.get(), &tr);
-        q.setSql(sql);
-        q.open();
-        QVariant v = q.next() ? q.value(0) : QVariant();
-        q.close();
-        tr.commit();
-        return v;
-    }
 
     QTemporaryDir profiles_;
     QWidget top_;

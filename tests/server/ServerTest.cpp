@@ -63,18 +63,6 @@ protected:
         setHost(hosts_.back().get());
         return hosts_.back().get();
     }
-    QVariant scalar(const QString& sql) {
-        auto d = connectAs(QStringLiteral("SYSDBA"));
-        db::Transaction tr(d.get(), db::TransactionOptions::read());
-        tr.start();
-        db::Query q(d.get(), &tr);
-        q.setSql(sql);
-        q.open();
-        QVariant v = q.next() ? q.value(0) : QVariant();
-        q.close();
-        tr.commit();
-        return v;
-    }
     double amount(int id) {
         return scalar(QStringLiteral("select AMOUNT from PAYMENT_DOC where ID_PAYMENT_DOC = %1").arg(id))
             .toDouble();

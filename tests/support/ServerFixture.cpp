@@ -1,4 +1,6 @@
 #include "tests/support/ServerFixture.h"
+#include "platform/db/Query.h"
+#include "platform/db/Transaction.h"
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -103,6 +105,19 @@ std::unique_ptr<db::Database> ServerTest::connectAs(const QString& login) const 
     o.password = fbserver::password(login);
     d->open(connectString(), o);
     return d;
+}
+
+QVariant ServerTest::scalar(const QString& sql) const {
+    auto d = connectAs(QStringLiteral("SYSDBA"));
+    db::Transaction tr(d.get(), db::TransactionOptions::read());
+    tr.start();
+    db::Query q(d.get(), &tr);
+    q.setSql(sql);
+    q.open();
+    QVariant v = q.next() ? q.value(0) : QVariant();
+    q.close();
+    tr.commit();
+    return v;
 }
 
 } // namespace frames::test

@@ -50,6 +50,8 @@ protected:
     QString connectString() const { return fbserver::connectString(file_); }
     // An attachment over the network as that user.
     std::unique_ptr<db::Database> connectAs(const QString& login) const;
+    // The first column of the first row of a query, read as SYSDBA (null when no row).
+    QVariant scalar(const QString& sql) const;
 
 private:
     std::unique_ptr<QTemporaryDir> dir_;
