@@ -652,19 +652,7 @@ QWidget* HostImpl::ShowFindForm(frames::ui::DBGrid* grid, const QString& text) {
 }
 
 int HostImpl::findRow(const QTableView* view, const QString& text, int start) {
-    const QAbstractItemModel* m = view ? view->model() : nullptr;
-    if (!m || text.isEmpty()) return -1;
-    const int rows = m->rowCount();
-    const int cols = m->columnCount();
-    for (int i = 1; i <= rows; ++i) {
-        const int r = ((start < 0 ? -1 : start) + i) % rows;
-        if (view->isRowHidden(r)) continue;
-        for (int c = 0; c < cols; ++c) {
-            if (view->isColumnHidden(c)) continue;
-            if (m->index(r, c).data(Qt::DisplayRole).toString().contains(text, Qt::CaseInsensitive)) return r;
-        }
-    }
-    return -1;
+    return FindForm::findRow(view, text, start, true);
 }
 
 } // namespace workbench
