@@ -188,6 +188,26 @@ void TCardPermission_FF::CopyDataSets() {
     mdDataSet->enableControls();
     mdDataSet->first();
     modified_ = false;
+    fitColumns();
+}
+
+void TCardPermission_FF::fitColumns() {
+    const QFontMetrics header(DBGrid->horizontalHeader()->font());
+    const QFontMetrics cells(DBGrid->font());
+    const int name = DBGrid->columnOfField(QStringLiteral("NAME"));
+    ui::DataSetModel* model = DBGrid->dataModel();
+    for (int c = 0; c < model->columnCount(); ++c) {
+        // A group's column is as wide as its own (lower) title; the names as their longest.
+        const QString title = model->caption(c).section(QLatin1Char('|'), -1);
+        int width = header.horizontalAdvance(title) + 16;
+        if (c == name) {
+            const int field = model->fieldIndex(c);
+            for (int r = 0; r < mdDataSet->recordCount(); ++r)
+                width = qMax(width, cells.horizontalAdvance(mdDataSet->valueAt(r, field).toString()) + 12);
+            width = qMin(width, 320);
+        }
+        DBGrid->setColumnWidth(c, qMax(width, 48));
+    }
 }
 
 QString TCardPermission_FF::currentFieldName() const {

@@ -53,6 +53,8 @@ private:
     // Toggles the current cell of the grid between 1 and 0 (anything but 1 becomes 1).
     void toggleCurrent();
     QString currentFieldName() const;
+    // Widths that show every title and pattern name.
+    void fitColumns();
     bool modified_ = false;
 };
 
