@@ -217,7 +217,7 @@ QString TCardPermission_FF::currentFieldName() const {
 }
 
 void TCardPermission_FF::toggleCurrent() {
-    if (!mdDataSet->active() || mdDataSet->isEmpty()) return;
+    if (GetReadOnly() || !mdDataSet->active() || mdDataSet->isEmpty()) return;
     const QString name = currentFieldName();
     if (name.isEmpty()) return;
     db::Field* f = mdDataSet->fieldByName(name);
