@@ -135,6 +135,11 @@ void TCardPermission_FF::AfterConstruction() {
     }
 }
 
+void TCardPermission_FF::SaveLayout(TConfigItem* node) {
+    TSetFilter_EF::SaveLayout(node);
+    if (modified_) ApplyChange();
+}
+
 void TCardPermission_FF::BuildSQL() {
     pfDataSet->close();
     QStringList columns{QStringLiteral("name")};

@@ -24,6 +24,9 @@ public:
     ~TCardPermission_FF() override;
 
     void AfterConstruction() override;
+    // The host form closes: toggles not stored yet are stored now, so that the box comes back
+    // as the user left it.
+    void SaveLayout(TConfigItem* node) override;
 
     // Builds the matrix statement and the grid's columns from the groups in use now.
     void BuildSQL();

@@ -377,9 +377,16 @@ TEST_F(FilterServerSide, PermissionMatrixBuildToggleAndApply) {
                   .toInt(),
               1);
 
-    // A frame built afterwards shows what was stored.
+    // A frame built afterwards shows what was stored; toggles left unstored when its form closes
+    // are stored then.
     auto* after = make<TCardPermission_FF>("TCardPermission_FF");
     EXPECT_EQ(cell(after, rowOf(after, 3), "P_9"), 1);
     EXPECT_EQ(cell(after, rowOf(after, 1), "P_7"), 0);
+    focusCell(after, rowOf(after, 4), "P_7");
+    after->DBGridKeyDown(32);
+    TConfigItem node("TCardPermission_FF");
+    after->SaveLayout(&node);
+    EXPECT_EQ(stored(7, 4), 1);
+    EXPECT_FALSE(after->Modified());
     EXPECT_TRUE(host->errors().isEmpty()) << host->errors().join("\n").toStdString();
 }
