@@ -55,6 +55,29 @@ bool hostInstalled() {
     }
 }
 
+// The host the frames on the designer's forms use: the application's own when it installed one
+// (a program that loads forms with the plugin), else the plugin's.
+Host* designTimeHost() {
+    static DesignHost designHost;
+    if (!hostInstalled()) setHost(&designHost);
+    return host();
+}
+
+// The frame as the registry makes it, when the host has a database. Without one (the designer
+// itself) the frame is shown as constructed with its descriptions applied: its AfterConstruction
+// may read the database. The code that uic generates from the form finishes it in full at run
+// time.
+TAbsEditFrame* makeForDesign(const QString& className, QWidget* parent) {
+    Host* h = designTimeHost();
+    if (h->RvDatabase() && h->pfReadTransaction()) return Registry::instance().create(className, parent);
+    const FrameClass* c = Registry::instance().find(className);
+    if (!c) throw std::runtime_error("Unknown frame class " + className.toStdString());
+    std::unique_ptr<TAbsEditFrame> frame(c->make(parent));
+    frame->setObjectName(className.mid(1));
+    FormLoader::apply(frame.get(), className);
+    return frame.release();
+}
+
 } // namespace
 
 FrameWidget::FrameWidget(const QString& className, const QString& family, QObject* parent)
@@ -84,7 +107,7 @@ QIcon FrameWidget::icon() const {
 
 QWidget* FrameWidget::createWidget(QWidget* parent) {
     try {
-        return Registry::instance().create(className_, parent);
+        return makeForDesign(className_, parent);
     } catch (const std::exception& e) {
         // The designer must not go down with a frame: it shows what failed in its place.
         auto* failed =
@@ -98,7 +121,7 @@ QSize FrameWidget::defaultSize() const {
     if (size_.isValid()) return size_;
     QSize size(200, 60);
     try {
-        std::unique_ptr<TAbsEditFrame> frame(Registry::instance().create(className_));
+        std::unique_ptr<TAbsEditFrame> frame(makeForDesign(className_, nullptr));
         const QSize hint = frame->sizeHint().expandedTo(frame->minimumSizeHint());
         if (hint.width() > 0 && hint.height() > 0) size = hint;
     } catch (const std::exception& e) {
@@ -123,18 +146,10 @@ QString FrameWidget::domXml() const {
 }
 
 FramesDesignerPlugin::FramesDesignerPlugin(QObject* parent) : QObject(parent) {
-    if (!hostInstalled()) {
-        designHost_ = std::make_unique<DesignHost>();
-        setHost(designHost_.get());
-    }
     const Registry& registry = Registry::instance();
     for (const QString& family : registry.families())
         for (const QString& cls : registry.classNames(family))
             widgets_.append(new FrameWidget(cls, family, this));
-}
-
-FramesDesignerPlugin::~FramesDesignerPlugin() {
-    if (designHost_ && hostInstalled() && host() == designHost_.get()) setHost(nullptr);
 }
 
 } // namespace frames::designer

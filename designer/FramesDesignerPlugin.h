@@ -2,11 +2,6 @@
 #include <QObject>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 #include <QtUiPlugin/QDesignerCustomWidgetInterface>
-#include <memory>
-
-namespace frames {
-class Host;
-}
 
 namespace frames::designer {
 
@@ -49,13 +44,11 @@ class FramesDesignerPlugin : public QObject, public QDesignerCustomWidgetCollect
     Q_INTERFACES(QDesignerCustomWidgetCollectionInterface)
 public:
     explicit FramesDesignerPlugin(QObject* parent = nullptr);
-    ~FramesDesignerPlugin() override;
 
     QList<QDesignerCustomWidgetInterface*> customWidgets() const override { return widgets_; }
 
 private:
     QList<QDesignerCustomWidgetInterface*> widgets_;
-    std::unique_ptr<Host> designHost_; // installed when the process has no host of its own
 };
 
 } // namespace frames::designer
