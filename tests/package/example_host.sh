@@ -2,13 +2,15 @@
 # The package as a host project sees it: installed from the build folder into a prefix of its own,
 # found there by pkg-config and by CMake, the example host (examples/host) configured and built
 # against that prefix only, then run offscreen on a copy of the demo database.
-#   example_host.sh BUILD_DIR EXAMPLE_SOURCE_DIR DEMO_DB
+#   example_host.sh BUILD_DIR EXAMPLE_SOURCE_DIR DEMO_DB [CXX_FLAGS]
+# CXX_FLAGS are the build's own (the sanitizers' in the sanitizer build), given to the example too.
 # Everything happens in BUILD_DIR/package-test (the same paths every run, so that ccache serves
 # the example's second build).
 set -euo pipefail
 build=$(realpath "$1")
 example=$(realpath "$2")
 demo=$(realpath "$3")
+flags=${4:-}
 work=$build/package-test
 prefix=$work/prefix
 rm -rf "$prefix" "$work/run" "$work/pc"
@@ -56,14 +58,14 @@ cat > "$work/pc/count.cpp" <<'CPP'
 int main() { std::printf("%d\n", int(frames_registry()->classNames().size())); }
 CPP
 # shellcheck disable=SC2046
-"${cxx[@]}" -std=c++20 -fPIC "$work/pc/count.cpp" -o "$work/pc/count" $(pkg-config --cflags --libs frames)
+"${cxx[@]}" -std=c++20 -fPIC $flags "$work/pc/count.cpp" -o "$work/pc/count" $(pkg-config --cflags --libs frames)
 count=$(LD_LIBRARY_PATH=$prefix/lib "$work/pc/count")
 echo "a program built with pkg-config alone sees $count frame classes"
 [ "$count" -gt 100 ] || { echo "FAIL: too few frame classes"; exit 1; }
 
 step "configure and build the example against $prefix"
 cmake -S "$example" -B "$work/build" -G Ninja -DCMAKE_BUILD_TYPE=Release "-DCMAKE_PREFIX_PATH=$prefix" \
-  -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF "${launcher[@]}" > "$work/configure.log" \
+  -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF "-DCMAKE_CXX_FLAGS=$flags" "${launcher[@]}" > "$work/configure.log" \
   || { cat "$work/configure.log"; exit 1; }
 grep -q "Frames_DIR:PATH=$prefix/" "$work/build/CMakeCache.txt" \
   || { echo "FAIL: the example found the package elsewhere"; grep Frames_DIR "$work/build/CMakeCache.txt"; exit 1; }
