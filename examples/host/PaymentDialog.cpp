@@ -10,13 +10,10 @@ namespace example {
 
 PaymentDialog::PaymentDialog(PaymentList* list) : TfmAbsEditDlg(list), list_(list) {
     ui.setupUi(this);
-    // The frames come from the designer with their form descriptions; the host points the
-    // general-purpose editors at their columns and gives them their captions.
-    ui.DBEdit_Frame->SetCaption(QStringLiteral("Номер документа"));
+    // The frames come from the designer with their form descriptions and the captions the form
+    // gives them; the host points the general-purpose editors at their columns.
     ui.DBEdit_Frame->DBEdit->setDataField(QStringLiteral("DOC_NUMBER"));
-    ui.DBDateEdit_Frame->SetCaption(QStringLiteral("Дата документа"));
     ui.DBDateEdit_Frame->DBDateEdit1->setDataField(QStringLiteral("DOC_DATE"));
-    ui.CalcEdit_Frame->SetCaption(QStringLiteral("Сумма"));
     ui.CalcEdit_Frame->DBCalcEdit->setDataField(QStringLiteral("AMOUNT"));
     ui.Color_LF->lcSelect->setDataField(QStringLiteral("ID_COLOR"));
     frames_ = {ui.DBEdit_Frame, ui.DBDateEdit_Frame, ui.CalcEdit_Frame, ui.CursType_LF, ui.Color_LF};

@@ -73,6 +73,8 @@ int runCheck(ExampleHost& host) {
         dialog.prepare();
         check(dialog.ui.DBEdit_Frame->DBEdit->text() == number,
               QStringLiteral("the number editor shows the document's number «%1»").arg(number));
+        check(dialog.ui.CalcEdit_Frame->Caption() == QStringLiteral("Сумма"),
+              QStringLiteral("the amount editor has the caption the designer form gives it"));
         check(dialog.ui.CursType_LF->lcSelect->displayText() == currency,
               QStringLiteral("the currency lookup shows «%1»").arg(currency));
         check(qobject_cast<frames::TAbsEditFrame*>(dialog.ui.Color_LF)->Owner() == &dialog,
