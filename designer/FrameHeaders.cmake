@@ -4,7 +4,8 @@
 #   cmake -DROOT=<source root> -DOUT=<include folder> -DSTAMP=<file> -P FrameHeaders.cmake
 # The classes are found in the sources, never listed by hand: every FRAMES_REGISTER(Class, ...) of
 # frames/**/*.cpp, with the header under frames/ that declares "class Class". A header is rewritten
-# only when its text changes, and one whose class is gone is removed.
+# only when its text changes, and one whose class is gone is removed. A registered class that no
+# header declares gets no header (a warning; the plugin's test fails on it).
 cmake_minimum_required(VERSION 3.25)
 foreach(v ROOT OUT STAMP)
   if(NOT DEFINED ${v})
@@ -39,7 +40,10 @@ file(MAKE_DIRECTORY ${dir})
 set(written "")
 foreach(cls ${classes})
   if(NOT DEFINED header_of_${cls})
-    message(FATAL_ERROR "FrameHeaders.cmake: no header under frames/ declares class ${cls}")
+    # Not a reason to stop everyone's build: the designer plugin's test names the class.
+    message(WARNING "FrameHeaders.cmake: no header under frames/ declares class ${cls}; "
+                    "designer forms cannot use it")
+    continue()
   endif()
   string(CONCAT text
     "// Generated from the frames' sources: the frame class that designer forms name, finished on\n"
