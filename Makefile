@@ -4,14 +4,18 @@ SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 PACKAGES := cmake ninja-build g++ qt6-base-dev qt6-charts-dev qt6-translations-l10n libgl-dev firebird3.0-server-core \
             firebird3.0-server firebird3.0-utils \
             firebird-dev libfbclient2 libgtest-dev libgmock-dev libbenchmark-dev \
-            libsane-dev libsane1
+            libsane-dev libsane1 qt6-tools-dev pkgconf
 # libsane-dev: the scanner module (scanner/) is built on SANE; libsane1 also holds SANE's "test"
 # backend, the device the tests scan from.
+# qt6-tools-dev: the Qt Designer plugin (designer/) builds on its QtUiPlugin interfaces; pkgconf: the
+# package test checks the installed frames.pc with it.
 # Only the benchmarks use it: Qt SQL's Firebird driver, the alternative they compare with.
 BENCH_PACKAGES := libqt6sql6-ibase
+# Only `make docs` uses it.
+DOCS_PACKAGES := doxygen
 JOBS ?= $(shell nproc)
 
-.PHONY: deps bench-deps configure build run test bench clean check-sanitize
+.PHONY: deps bench-deps docs-deps configure build run test bench docs clean check-sanitize
 
 # $(call install,packages): installs those that are missing.
 define install
@@ -28,6 +32,9 @@ deps:
 
 bench-deps:
 	$(call install,$(BENCH_PACKAGES))
+
+docs-deps:
+	$(call install,$(DOCS_PACKAGES))
 
 # -O1 without debug information: the build is most of a test run's time on two cores.
 $(BUILD)/build.ninja: | deps
@@ -48,6 +55,17 @@ test: build
 # Not part of `make test`: builds the large database on its first run (once per build folder).
 bench: build bench-deps
 	QT_QPA_PLATFORM=offscreen $(BUILD)/bench/frames_bench $(ARGS)
+
+# The API reference for host developers, from the public headers: the frame contract and the rest
+# of frames/core, each family's base class, the data layer. Written to $(BUILD)/docs/html.
+DOCS_INPUT = docs/mainpage.md $(sort $(wildcard frames/core/*.h frames/*/*Abs*.h frames/*/*Base*.h)) \
+             frames/medit/ME_Value.h frames/crm/EF_CRMSelect.h \
+             $(filter-out platform/db/FbCommon.h,$(wildcard platform/db/*.h))
+docs: docs-deps
+	@mkdir -p $(BUILD)/docs
+	FRAMES_DOCS_INPUT="$(DOCS_INPUT)" FRAMES_DOCS_OUT=$(BUILD)/docs \
+	  FRAMES_VERSION=$$(sed -n 's/^project(Frames VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt) doxygen docs/Doxyfile
+	@echo "API reference: $(BUILD)/docs/html/index.html"
 
 # The whole suite built with the address and undefined-behaviour sanitizers, in a folder of its
 # own. Slow (a full build and a run several times slower than `make test`), so not part of CI:

@@ -1,5 +1,6 @@
 #include "frames/core/Registry.h"
 #include "frames/core/AbsEditFrame.h"
+#include "frames/core/Designed.h"
 #include <QDirIterator>
 #include <QFile>
 #include <QHash>
@@ -121,10 +122,14 @@ TAbsEditFrame* Registry::create(const QString& className, QWidget* parent) const
     const FrameClass* c = find(className);
     if (!c) fail(QString("Unknown frame class %1").arg(className));
     std::unique_ptr<TAbsEditFrame> frame(c->make(parent));
-    frame->setObjectName(className.mid(1)); // "TBank_LF" -> "Bank_LF", as a component name
-    FormLoader::apply(frame.get(), className);
-    frame->AfterConstruction();
+    finishFrame(frame.get(), className);
     return frame.release();
+}
+
+void finishFrame(TAbsEditFrame* frame, const QString& className) {
+    frame->setObjectName(className.mid(1)); // "TBank_LF" -> "Bank_LF", as a component name
+    FormLoader::apply(frame, className);
+    frame->AfterConstruction();
 }
 
 QJsonObject FormLoader::description(const QString& className) {
