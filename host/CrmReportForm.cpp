@@ -4,6 +4,8 @@
 #include "frames/core/Host.h"
 #include "frames/core/Registry.h"
 #include "frames/core/RunParams.h"
+#include "frames/core/WaitCursor.h"
+#include "host/Usability.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/DataSource.h"
 #include "platform/widgets/DBGrid.h"
@@ -43,7 +45,7 @@ const char* const kReportSql =
 
 } // namespace
 
-CrmReportForm::CrmReportForm(int kind, QWidget* parent) : QDialog(parent), kind_(kind) {
+CrmReportForm::CrmReportForm(int kind, QWidget* parent) : TfmPersistentForm(parent), kind_(kind) {
     setObjectName(QStringLiteral("CrmReportForm"));
     setWindowTitle(QStringLiteral("Отчёт CRM: события по компаниям"));
     resize(900, 640);
@@ -52,6 +54,7 @@ CrmReportForm::CrmReportForm(int kind, QWidget* parent) : QDialog(parent), kind_
     layout->addWidget(tabs_, 3);
     auto* run = new QPushButton(QStringLiteral("Сформировать"), this);
     run->setObjectName(QStringLiteral("btRun"));
+    setActionIcon(run, "system-run", QStyle::SP_MediaPlay);
     layout->addWidget(run, 0, Qt::AlignLeft);
     result_ = new frames::db::DataSet(this);
     result_->setSelectSql(QString::fromUtf8(kReportSql));
@@ -71,6 +74,7 @@ CrmReportForm::CrmReportForm(int kind, QWidget* parent) : QDialog(parent), kind_
 CrmReportForm::~CrmReportForm() = default;
 
 void CrmReportForm::prepare() {
+    const frames::WaitCursor wait;
     result_->setDatabase(frames::dmDataBaseFIB()->RvDatabase());
     result_->setTransaction(frames::dmDataBaseFIB()->pfReadTransaction());
     for (const Tab& t : kTabs) {
@@ -90,6 +94,7 @@ frames::TAbsEditFrame* CrmReportForm::frame(const QString& className) const {
 }
 
 void CrmReportForm::runReport() {
+    const frames::WaitCursor wait;
     result_->close();
     result_->paramByName(QStringLiteral("kind"))->setValue(kind_);
     result_->paramByName(QStringLiteral("user_id"))->setValue(frames::CUR_USER);

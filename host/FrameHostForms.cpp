@@ -4,9 +4,11 @@
 #include "frames/core/Guard.h"
 #include "frames/core/Host.h"
 #include "frames/core/Registry.h"
+#include "frames/core/WaitCursor.h"
 #include "frames/edit/EF_CalcEdit.h"
 #include "frames/lookup/LF_Abs.h"
 #include "host/HostImpl.h"
+#include "host/Usability.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/DataSource.h"
 #include "platform/db/Error.h"
@@ -116,6 +118,10 @@ RecordListForm::RecordListForm(HostImpl* host, db::AbstractDataSet* records, con
     auto* table = qobject_cast<db::DataSet*>(records_);
     btAdd->setVisible(table && !table->insertSql().trimmed().isEmpty());
     auto* btClose = new QPushButton(QStringLiteral("Закрыть"), this);
+    setActionIcon(btEdit, "document-edit", QStyle::SP_FileDialogDetailedView);
+    setActionIcon(btView, "document-preview", QStyle::SP_FileDialogContentsView);
+    setActionIcon(btAdd, "document-new", QStyle::SP_FileIcon);
+    setActionIcon(btClose, "window-close", QStyle::SP_DialogCloseButton);
     auto* buttons = new QHBoxLayout;
     buttons_ = buttons;
     buttons->addWidget(btEdit);
@@ -204,6 +210,7 @@ void RecordListForm::setWriteTransaction(db::Transaction* tr) {
 }
 
 RecordListForm* RecordListForm::forLookup(HostImpl* host, const QString& className, QWidget* parent) {
+    const frames::WaitCursor wait;
     // The frame's own list, read free-standing, gives the keys the records point at.
     QWidget scratch;
     std::unique_ptr<frames::TAbsEditFrame> probe(frames::Registry::instance().create(className, &scratch));
@@ -295,6 +302,7 @@ void RecordListForm::addButton(QPushButton* button) {
 }
 
 void RecordListForm::refresh() {
+    const frames::WaitCursor wait;
     if (records_->inEditMode()) records_->cancel();
     records_->reopen(true);
 }
@@ -338,6 +346,10 @@ FrameEditDialog::~FrameEditDialog() {
     closeFrames();
 }
 
+QString FrameEditDialog::PlacementName() const {
+    return list_->objectName() + QLatin1Char('/') + objectName();
+}
+
 frames::TConfigItem* FrameEditDialog::layoutNode(const QString& name) const {
     return host_->LayoutRoot()->ItemByName(QStringLiteral("FrameEditDialog"))->ItemByName(name);
 }
@@ -349,6 +361,7 @@ frames::TAbsEditFrame* FrameEditDialog::frame(const QString& name) const {
 }
 
 void FrameEditDialog::prepare() {
+    const frames::WaitCursor wait;
     db::AbstractDataSet* record = list_->records();
     if (!viewOnly_ && !record->inEditMode()) record->edit();
     auto* grid = static_cast<QGridLayout*>(body_->layout());

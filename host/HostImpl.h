@@ -51,6 +51,9 @@ public:
         // False in screenshot mode and in tests: message boxes and modal forms are not shown,
         // they are written to the trace log and answered with their defaults.
         bool interactive = true;
+        // The host forms' places and sizes are kept in the layout tree and come back; off in
+        // screenshot mode, whose pictures show every form as it first opens.
+        bool windowPlacement = true;
     };
 
     HostImpl();
@@ -84,6 +87,10 @@ public:
     bool loadLayout();
     void saveLayout();
     QString layoutFile() const;
+    // The node under LayoutRoot at that path of names ("List/Dialog"); nullptr when places are
+    // not kept.
+    frames::TConfigItem* FormLayout(const QString& formName) override;
+    void FormLayoutChanged() override { saveLayout(); }
     QString traceFile() const;
     QString configFile() const;
     QString iniFile() const;
