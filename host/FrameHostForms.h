@@ -145,10 +145,6 @@ public:
     void accept() override;
     void reject() override;
 
-protected:
-    // The dialogs of different lists show different frames: each list's keeps its own size.
-    QString PlacementName() const override;
-
 private:
     void cancelEdit();
     void closeFrames();

@@ -8,6 +8,7 @@
 #include "host/FindForm.h"
 #include "host/GridTools.h"
 #include "host/MassEdit.h"
+#include "host/Usability.h"
 #include "platform/db/Database.h"
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
@@ -32,6 +33,7 @@
 #include <QTextStream>
 #include <QUrl>
 #include <cstdio>
+#include <stdexcept>
 
 namespace workbench {
 
@@ -107,9 +109,21 @@ HostImpl::HostImpl(Settings settings) : settings_(std::move(settings)) {
             QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/profiles");
     QDir().mkpath(ProfilePath()); // a safe name: always one folder inside the profiles folder
     loadConfig();
+    if (settings_.windowPlacement && qApp)
+        placement_ = std::make_unique<FormPlacement>(
+            [this](const QString& name) -> frames::TConfigItem* {
+                try {
+                    if (frames::host() != this) return nullptr; // another session's host
+                } catch (const std::logic_error&) {
+                    return nullptr;
+                }
+                return FormLayout(name);
+            },
+            [this] { saveLayout(); });
 }
 
 HostImpl::~HostImpl() {
+    placement_.reset();
     formObjects_.clear();
     closeDatabase();
 }
@@ -541,7 +555,6 @@ void HostImpl::saveLayout() {
 }
 
 frames::TConfigItem* HostImpl::FormLayout(const QString& formName) {
-    if (!settings_.windowPlacement) return nullptr;
     frames::TConfigItem* node = &layout_;
     for (const QString& name : formName.split(QLatin1Char('/'), Qt::SkipEmptyParts))
         node = node->ItemByName(name);

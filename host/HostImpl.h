@@ -17,6 +17,7 @@ class QWidget;
 
 namespace workbench {
 
+class FormPlacement;
 class HostImpl;
 
 // A form of the workbench that the module runner shows by name besides the reference lists (the
@@ -87,10 +88,9 @@ public:
     bool loadLayout();
     void saveLayout();
     QString layoutFile() const;
-    // The node under LayoutRoot at that path of names ("List/Dialog"); nullptr when places are
-    // not kept.
-    frames::TConfigItem* FormLayout(const QString& formName) override;
-    void FormLayoutChanged() override { saveLayout(); }
+    // The node under LayoutRoot at that path of names ("List/Dialog"), where a form keeps its
+    // place and size.
+    frames::TConfigItem* FormLayout(const QString& formName);
     QString traceFile() const;
     QString configFile() const;
     QString iniFile() const;
@@ -182,6 +182,8 @@ private:
     QString setAside(const QString& path, const QString& reason, const QString& message);
     static constexpr qint64 kMaxProfileFileSize = 256 * 1024 * 1024;
     bool layoutKept_ = false; // an unreadable layout.json stayed in place: never written over
+    // The forms' places, kept while this is the host installed.
+    std::unique_ptr<FormPlacement> placement_;
 };
 
 } // namespace workbench

@@ -111,7 +111,7 @@ MainWindow::MainWindow(HostImpl* host, const frames::Registry* registry, QWidget
     split->addWidget(browser);
     split->addWidget(scroll_);
     split->setStretchFactor(1, 1);
-    split->setSizes({360, 640});
+    split->setSizes({440, 560}); // room for the frames' Russian names beside their classes
     setCentralWidget(split);
 
     QMenu* file = menuBar()->addMenu(QStringLiteral("&Файл"));
@@ -456,7 +456,7 @@ void MainWindow::openReferenceForm(const QString& formName) {
 // left them; a value that cannot be read is ignored.
 void MainWindow::restoreWindowLayout() {
     frames::TConfigItem* node = host_->LayoutRoot()->ItemByName(objectName());
-    frames::RestoreWindowPlacement(this, node);
+    restorePlacement(this, node);
     if (node->IsExists(QStringLiteral("Splitter")))
         split_->restoreState(
             QByteArray::fromBase64(node->ItemByName(QStringLiteral("Splitter"))->GetAsString().toLatin1()));
@@ -469,7 +469,7 @@ void MainWindow::restoreWindowLayout() {
 
 void MainWindow::saveWindowLayout() {
     frames::TConfigItem* node = host_->LayoutRoot()->ItemByName(objectName());
-    frames::SaveWindowPlacement(this, node);
+    savePlacement(this, node);
     node->ItemByName(QStringLiteral("Splitter"))
         ->SetAsString(QString::fromLatin1(split_->saveState().toBase64()));
     node->ItemByName(QStringLiteral("Frame"))->SetAsString(frame_ ? frame_->objectName() : QString());

@@ -9,7 +9,6 @@
 class QWidget;
 
 namespace frames {
-class TConfigItem;
 namespace db {
 class Database;
 class Transaction;
@@ -69,16 +68,6 @@ public:
     // shows the error box.
     virtual void ConnectionLost(const QString& text) { ErrorBox(text); }
     virtual bool NoFileOpenDialog() const { return false; }
-
-    // ---- per-user layout of the host's own forms
-    // The node of the user's layout tree that keeps the host form of that name, a path of names
-    // joined with "/" (its place and size), or nullptr when the host keeps none. A form that
-    // wrote under its node calls FormLayoutChanged, and the host stores the tree.
-    virtual TConfigItem* FormLayout(const QString& formName) {
-        Q_UNUSED(formName);
-        return nullptr;
-    }
-    virtual void FormLayoutChanged() {}
 
     // ---- trace log
     virtual void TraceText(const QString& text, int level) = 0;

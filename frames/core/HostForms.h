@@ -2,50 +2,27 @@
 #include <QDialog>
 
 namespace frames {
-class TConfigItem;
 namespace db {
 class DataSource;
 class DataSet;
 class Transaction;
 } // namespace db
 
-// A host form that wants to learn that a value on it changed. As a window of its own it comes
-// back where the user left it: the first time it is shown it takes the place and size kept under
-// its name in the user's layout (Host::FormLayout), and it keeps them there when it closes.
+// A host form that wants to learn that a value on it changed.
 class TfmPersistentForm : public QDialog {
     Q_OBJECT
 public:
     explicit TfmPersistentForm(QWidget* parent = nullptr);
-    ~TfmPersistentForm() override;
     // The change notification: frames call it after the user chose a value.
     virtual void NotifyChanged();
     int ChangeCount() const { return changes_; }
 
-    void setVisible(bool visible) override;
-    void done(int r) override;
-    // Keeps the form's place and size now (closing does it too); nothing for a form never shown
-    // as a window of its own.
-    void SavePlacement();
-
 signals:
     void changed();
 
-protected:
-    // The name under which the form's place and size are kept: its objectName by default, a
-    // path ("List/Dialog") where forms of one class differ by owner; empty keeps nothing.
-    virtual QString PlacementName() const { return objectName(); }
-
 private:
     int changes_ = 0;
-    bool placed_ = false;
-    QString placement_; // the name it was placed under when first shown
 };
-
-// A window's place, size and state under a layout node (its "Geometry" item), for windows that
-// are not host forms too. Restoring keeps the window as it is when the node holds no such item
-// or one that cannot be read, and returns false.
-bool RestoreWindowPlacement(QWidget* window, const TConfigItem* node);
-void SaveWindowPlacement(const QWidget* window, TConfigItem* node);
 
 // The host's record edit dialog; its owner is the list form whose current record it edits.
 class TfmAbsEditDlg : public TfmPersistentForm {
