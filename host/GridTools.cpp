@@ -13,6 +13,7 @@ namespace workbench {
 
 GridColumnsDialog::GridColumnsDialog(QTableView* grid, QWidget* parent)
     : TfmPersistentForm(parent), grid_(grid) {
+    setObjectName(QStringLiteral("GridColumnsDialog"));
     setWindowTitle(QStringLiteral("Настройка колонок"));
     list_ = new QListWidget(this);
     list_->setObjectName(QStringLiteral("lbColumns"));

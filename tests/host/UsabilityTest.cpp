@@ -1,6 +1,7 @@
 // The workbench as a person reads it: frames found by their Russian names, Qt's own texts in
 // Russian, lists that show values as their editors do, nothing cut off.
 #include "host/Usability.h"
+#include "frames/core/Guard.h"
 #include "frames/core/Registry.h"
 #include "frames/core/RunParams.h"
 #include "frames/core/WaitCursor.h"
@@ -193,7 +194,10 @@ TEST_F(Usability, NothingIsCutOff) {
 TEST_F(Usability, EveryHostFormComesBackAtTheSizeTheUserLeftIt) {
     using Make = std::function<TfmPersistentForm*(workbench::HostImpl*)>;
     TRunParams params;
-    params.ResultInt = 0;                         // classifier type
+    params.ResultInt = 0; // classifier type
+    TRunParams rates;
+    rates.EnsureParams().ByName("CurType").Value = "2";
+    rates.EnsureParams().ByName("Date").Value = "15.03.2024";
     std::vector<std::unique_ptr<QWidget>> owners; // lists that the dialogs over them need
     const auto documents = [&owners](workbench::HostImpl* h) {
         owners.emplace_back(workbench::makeDocumentList(h));
@@ -238,8 +242,8 @@ TEST_F(Usability, EveryHostFormComesBackAtTheSizeTheUserLeftIt) {
              return f;
          }},
         {"CurHistoryForm",
-         [&params](workbench::HostImpl* h) {
-             auto* f = new workbench::CurHistoryForm(h->RvDatabase(), h->pfReadTransaction(), params);
+         [&rates](workbench::HostImpl* h) {
+             auto* f = new workbench::CurHistoryForm(h->RvDatabase(), h->pfReadTransaction(), rates);
              f->open();
              return f;
          }},
@@ -255,7 +259,7 @@ TEST_F(Usability, EveryHostFormComesBackAtTheSizeTheUserLeftIt) {
              f->open();
              return f;
          }},
-        {"DocumentListForm", [&](workbench::HostImpl* h) { return documents(h); }},
+        {"DocumentListForm", [](workbench::HostImpl* h) { return workbench::makeDocumentList(h); }},
         {"DocumentEditDialog",
          [&](workbench::HostImpl* h) {
              auto* f = new FrameEditDialog(h, documents(h));
@@ -281,6 +285,7 @@ TEST_F(Usability, EveryHostFormComesBackAtTheSizeTheUserLeftIt) {
         EXPECT_NE(left[name], first[name]) << name.toStdString();
         form->close();
         EXPECT_FALSE(form->isVisible()) << name.toStdString();
+        form.reset(); // before the list it may belong to
         owners.clear();
     }
 
@@ -290,6 +295,7 @@ TEST_F(Usability, EveryHostFormComesBackAtTheSizeTheUserLeftIt) {
         form->show();
         EXPECT_EQ(form->size(), left[name]) << name.toStdString();
         form->close();
+        form.reset();
         owners.clear();
     }
     // The client's card is another list's edit dialog: the documents' size is not its own.
