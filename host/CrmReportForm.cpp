@@ -98,6 +98,13 @@ void CrmReportForm::prepare() {
         f->setObjectName(QString::fromLatin1(t.cls));
         f->setProperty(t.kindProperty, kind_);
         l->addWidget(f);
+        // The frame's trees and grids take the tab's height, not just their first size.
+        if (auto* box = qobject_cast<QBoxLayout*>(f->layout())) {
+            if (QWidget* body = f->findChild<QWidget*>(QStringLiteral("body"), Qt::FindDirectChildrenOnly)) {
+                for (int i = 0; i < box->count(); ++i) box->setStretch(i, 0);
+                box->setStretchFactor(body, 1);
+            }
+        }
         tabs_->addTab(page, QString::fromUtf8(t.caption));
         f->Init();
     }

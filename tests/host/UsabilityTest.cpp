@@ -33,6 +33,7 @@
 #include "platform/widgets/DataSetModel.h"
 #include "platform/widgets/TimeEdit.h"
 #include "tests/host/WorkbenchFixture.h"
+#include <QApplication>
 #include <QDialogButtonBox>
 #include <QGuiApplication>
 #include <QHeaderView>
@@ -393,6 +394,29 @@ TEST_F(Usability, ButtonsShowTextOrIcon) {
     EXPECT_EQ(workbench::blankButtons(&cards), QStringList{"sbBlank («Ничего»)"});
     blank->hide();
     EXPECT_TRUE(workbench::blankButtons(&cards).isEmpty());
+}
+
+// The CRM report's choices take the height of their tab and its grids their whole width.
+TEST_F(Usability, CrmReportUsesItsSpace) {
+    workbench::CrmReportForm crm(1);
+    crm.prepare();
+    crm.resize(900, 640);
+    crm.show();
+    QApplication::processEvents();
+    TAbsEditFrame* groups = crm.frame("TfrmManagerGroups");
+    ASSERT_NE(groups, nullptr);
+    const QWidget* body = groups->findChild<QWidget*>("body", Qt::FindDirectChildrenOnly);
+    ASSERT_NE(body, nullptr);
+    EXPECT_GE(body->height(), groups->parentWidget()->height() - 60);
+    auto fillsWidth = [](const ui::DBGrid* grid) {
+        return grid->horizontalHeader()->length() >= grid->viewport()->width();
+    };
+    const auto* available = groups->findChild<ui::DBGrid*>("dbgrdUnSelectedManagers");
+    ASSERT_NE(available, nullptr);
+    EXPECT_TRUE(fillsWidth(available));
+    crm.runReport();
+    QApplication::processEvents();
+    EXPECT_TRUE(fillsWidth(crm.findChild<ui::DBGrid*>("dbgrdResult")));
 }
 
 } // namespace
