@@ -1,6 +1,7 @@
 #include "host/CardChoiceForm.h"
 #include "frames/core/Guard.h"
 #include "frames/core/RunParams.h"
+#include "frames/core/WaitCursor.h"
 #include "host/HostImpl.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/DataSource.h"
@@ -16,7 +17,7 @@ using namespace frames;
 
 CardChoiceForm::CardChoiceForm(db::Database* database, db::Transaction* tr, TRunParams& params,
                                QWidget* parent)
-    : QDialog(parent), params_(params) {
+    : TfmPersistentForm(parent), params_(params) {
     setObjectName(QStringLiteral("CardForm"));
     setWindowTitle(QStringLiteral("Товарные карточки"));
     resize(560, 420);
@@ -43,6 +44,7 @@ CardChoiceForm::CardChoiceForm(db::Database* database, db::Transaction* tr, TRun
 CardChoiceForm::~CardChoiceForm() = default;
 
 void CardChoiceForm::open() {
+    const frames::WaitCursor wait;
     cards_->open();
 }
 

@@ -1,5 +1,5 @@
 #pragma once
-#include <QDialog>
+#include "frames/core/HostForms.h"
 
 namespace frames {
 struct TRunParams;
@@ -22,7 +22,7 @@ struct HostModule;
 // Flag set, several rows can be marked. OK writes the marked rows (or the current one) into the
 // parameter "Cards" as "ARTICUL=NAME" lines and KeyValue as the current article, and ends with 1;
 // Cancel ends with 2.
-class CardChoiceForm : public QDialog {
+class CardChoiceForm : public frames::TfmPersistentForm {
     Q_OBJECT
 public:
     static constexpr const char* FormName = "CardForm";

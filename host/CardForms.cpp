@@ -4,7 +4,9 @@
 #include "frames/core/Guard.h"
 #include "frames/core/Registry.h"
 #include "frames/core/RunParams.h"
+#include "frames/core/WaitCursor.h"
 #include "host/HostImpl.h"
+#include "host/Usability.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/DataSource.h"
 #include "platform/db/Query.h"
@@ -99,6 +101,12 @@ CardListForm::CardListForm(HostImpl* host, QWidget* parent) : TfmLayer1_FIB(pare
     auto* btFind = new QPushButton(QStringLiteral("Найти…"), this);
     auto* btColumns = new QPushButton(QStringLiteral("Колонки…"), this);
     auto* btClose = new QPushButton(QStringLiteral("Закрыть"), this);
+    setActionIcon(btEdit, "document-edit", QStyle::SP_FileDialogDetailedView);
+    setActionIcon(btAdd, "document-new", QStyle::SP_FileIcon);
+    setActionIcon(btRefresh, "view-refresh", QStyle::SP_BrowserReload);
+    setActionIcon(btFind, "edit-find", QStyle::SP_FileDialogContentsView);
+    setActionIcon(btColumns, "view-list-details", QStyle::SP_FileDialogListView);
+    setActionIcon(btClose, "window-close", QStyle::SP_DialogCloseButton);
 
     auto* buttons = new QHBoxLayout;
     for (QPushButton* b : {btEdit, btAdd, btRefresh, btFind, btColumns}) buttons->addWidget(b);
@@ -133,6 +141,7 @@ CardListForm::~CardListForm() {
 }
 
 void CardListForm::open() {
+    const frames::WaitCursor wait;
     dataSet_->open();
     grid_->setColumns({"ARTICUL", "NAME", "CARDKIND_NAME", "NAME_CARDTYPE", "ALGORITM_NAME", "NAME_CUR_TYPE",
                        "PRICE", "NAME_USER", "CREATED"});
@@ -198,6 +207,7 @@ int CardListForm::addNew() {
 }
 
 void CardListForm::refresh() {
+    const frames::WaitCursor wait;
     dataSet_->reopen(true);
 }
 
@@ -264,6 +274,7 @@ frames::TConfigItem* EditDialog::layoutNode(const QString& className) const {
 }
 
 void EditDialog::prepare() {
+    const frames::WaitCursor wait;
     db::DataSet* ds = list_->dataSet();
     if (!ds->inEditMode()) ds->edit();
     edArticul_->setText(ds->fieldByName(QStringLiteral("ARTICUL"))->asString());

@@ -1,6 +1,7 @@
 #include "host/ClassifForm.h"
 #include "frames/core/Guard.h"
 #include "frames/core/Host.h"
+#include "frames/core/WaitCursor.h"
 #include "host/GridTools.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/Query.h"
@@ -30,7 +31,7 @@ const char* const typeNameSql =
 
 ClassifForm::ClassifForm(db::Database* database, db::Transaction* tr, frames::TRunParams& params,
                          QWidget* parent)
-    : QDialog(parent), params_(params) {
+    : TfmPersistentForm(parent), params_(params) {
     setObjectName(FormName);
     setWindowTitle(QStringLiteral("Классификатор"));
     resize(420, 520);
@@ -82,6 +83,7 @@ bool ClassifForm::eventFilter(QObject* o, QEvent* e) {
 }
 
 void ClassifForm::open() {
+    const frames::WaitCursor wait;
     db::Query name(dataSet_->database(), dataSet_->transaction());
     name.setSql(QString::fromLatin1(typeNameSql));
     name.paramByName(QStringLiteral("TYPE"))->setValue(type_);

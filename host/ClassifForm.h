@@ -1,6 +1,6 @@
 #pragma once
+#include "frames/core/HostForms.h"
 #include "frames/core/RunParams.h"
-#include <QDialog>
 #include <optional>
 
 class QLabel;
@@ -26,7 +26,7 @@ namespace workbench {
 // DONT_ACCEPT_ROOT (true: a branch at the top of the tree is not an answer). OK writes the chosen
 // branch into params.ResultInt (and KeyInt, KeyValue) and ends with 1; Cancel ends with 2 and
 // leaves the parameters as they were.
-class ClassifForm : public QDialog {
+class ClassifForm : public frames::TfmPersistentForm {
     Q_OBJECT
 public:
     ClassifForm(frames::db::Database* db, frames::db::Transaction* tr, frames::TRunParams& params,

@@ -1,4 +1,5 @@
 #include "host/ClientForms.h"
+#include "frames/core/WaitCursor.h"
 #include "host/HostImpl.h"
 #include "host/TableStatements.h"
 #include "platform/db/DataSet.h"
@@ -67,6 +68,7 @@ const QList<EditorSlot>& clientEditors() {
 }
 
 RecordListForm* makeClientList(HostImpl* host, QWidget* parent) {
+    const frames::WaitCursor wait;
     auto* clients = new db::DataSet(host->RvDatabase(), host->pfReadTransaction());
     clients->setObjectName(QStringLiteral("pFIBDataSet1"));
     clients->setSelectSql(QString::fromUtf8(kSelect) +

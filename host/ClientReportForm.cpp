@@ -2,9 +2,11 @@
 #include "frames/core/Guard.h"
 #include "frames/core/Registry.h"
 #include "frames/core/RunParams.h"
+#include "frames/core/WaitCursor.h"
 #include "frames/select/DF_SuperPlaceSelect.h"
 #include "host/HostImpl.h"
 #include "host/HostedFrames.h"
+#include "host/Usability.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/DataSource.h"
 #include "platform/widgets/DBGrid.h"
@@ -46,6 +48,7 @@ ClientReportForm::ClientReportForm(HostImpl* host, QWidget* parent) : TfmPersist
     auto* bar = new QHBoxLayout;
     auto* run = new QPushButton(QStringLiteral("Сформировать"), bottom);
     run->setObjectName(QStringLiteral("btRun"));
+    setActionIcon(run, "system-run", QStyle::SP_MediaPlay);
     count_ = new QLabel(bottom);
     count_->setObjectName(QStringLiteral("lbCount"));
     bar->addWidget(run);
@@ -86,12 +89,14 @@ ClientReportForm::~ClientReportForm() {
 }
 
 void ClientReportForm::prepare() {
+    const frames::WaitCursor wait;
     dialog_->SetKind(kKind);
     hosted_->open(dialog_);
     runReport();
 }
 
 void ClientReportForm::runReport() {
+    const frames::WaitCursor wait;
     documents_->close();
     documents_->paramByName(QStringLiteral("USER_ID"))->setValue(dialog_->UserID);
     documents_->paramByName(QStringLiteral("KIND"))->setValue(kKind);

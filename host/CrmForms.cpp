@@ -1,4 +1,5 @@
 #include "host/CrmForms.h"
+#include "frames/core/WaitCursor.h"
 #include "host/FrameHostForms.h"
 #include "host/HostImpl.h"
 #include "platform/db/DataSet.h"
@@ -13,6 +14,7 @@ namespace {
 RecordListForm* makeList(HostImpl* host, QWidget* parent, const char* name, const QString& title,
                          const QString& select, const QString& keyCondition, const QString& update,
                          const QStringList& frames) {
+    const ::frames::WaitCursor wait;
     auto* records = new frames::db::DataSet(host->RvDatabase(), host->pfReadTransaction());
     records->setObjectName(QStringLiteral("pFIBDataSet1"));
     records->setSelectSql(select + QStringLiteral(" order by 2"));

@@ -4,12 +4,16 @@
 #include "frames/core/Host.h"
 #include "frames/core/Registry.h"
 #include "frames/core/RunParams.h"
+#include "frames/core/WaitCursor.h"
+#include "host/Usability.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/DataSource.h"
 #include "platform/widgets/DBGrid.h"
 #include <QBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QSplitter>
 #include <QTabWidget>
 
 namespace workbench {
@@ -43,34 +47,48 @@ const char* const kReportSql =
 
 } // namespace
 
-CrmReportForm::CrmReportForm(int kind, QWidget* parent) : QDialog(parent), kind_(kind) {
+CrmReportForm::CrmReportForm(int kind, QWidget* parent) : TfmPersistentForm(parent), kind_(kind) {
     setObjectName(QStringLiteral("CrmReportForm"));
     setWindowTitle(QStringLiteral("Отчёт CRM: события по компаниям"));
     resize(900, 640);
-    auto* layout = new QVBoxLayout(this);
-    tabs_ = new QTabWidget(this);
-    layout->addWidget(tabs_, 3);
-    auto* run = new QPushButton(QStringLiteral("Сформировать"), this);
+    // The choices above, the report under them; the user moves the line between.
+    auto* split = new QSplitter(Qt::Vertical, this);
+    split->setObjectName(QStringLiteral("spReport"));
+    split->setChildrenCollapsible(false);
+    tabs_ = new QTabWidget(split);
+    auto* bottom = new QWidget(split);
+    auto* bottomLayout = new QVBoxLayout(bottom);
+    bottomLayout->setContentsMargins(0, 0, 0, 0);
+    auto* run = new QPushButton(QStringLiteral("&Сформировать"), bottom);
     run->setObjectName(QStringLiteral("btRun"));
-    layout->addWidget(run, 0, Qt::AlignLeft);
+    setActionIcon(run, "system-run", QStyle::SP_MediaPlay);
+    summary_ = new QLabel(bottom);
+    auto* bar = new QHBoxLayout;
+    bar->addWidget(run);
+    bar->addWidget(summary_, 1);
+    bottomLayout->addLayout(bar);
     result_ = new frames::db::DataSet(this);
     result_->setSelectSql(QString::fromUtf8(kReportSql));
-    grid_ = new frames::ui::DBGrid(this);
+    grid_ = new frames::ui::DBGrid(bottom);
     grid_->setObjectName(QStringLiteral("dbgrdResult"));
     grid_->setReadOnly(true);
     grid_->setDataSource(new frames::db::DataSource(result_, this));
     grid_->setColumns({QStringLiteral("NAME"), QStringLiteral("EVENTS")});
     grid_->setCaptions({{QStringLiteral("NAME"), QStringLiteral("Компания")},
                         {QStringLiteral("EVENTS"), QStringLiteral("Событий")}});
-    layout->addWidget(grid_, 2);
-    summary_ = new QLabel(this);
-    layout->addWidget(summary_);
+    bottomLayout->addWidget(grid_, 1);
+    split->setStretchFactor(0, 3);
+    split->setStretchFactor(1, 1);
+    split->setSizes({450, 150});
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(split);
     connect(run, &QPushButton::clicked, this, [this] { frames::guard([&] { runReport(); }); });
 }
 
 CrmReportForm::~CrmReportForm() = default;
 
 void CrmReportForm::prepare() {
+    const frames::WaitCursor wait;
     result_->setDatabase(frames::dmDataBaseFIB()->RvDatabase());
     result_->setTransaction(frames::dmDataBaseFIB()->pfReadTransaction());
     for (const Tab& t : kTabs) {
@@ -80,6 +98,13 @@ void CrmReportForm::prepare() {
         f->setObjectName(QString::fromLatin1(t.cls));
         f->setProperty(t.kindProperty, kind_);
         l->addWidget(f);
+        // The frame's trees and grids take the tab's height, not just their first size.
+        if (auto* box = qobject_cast<QBoxLayout*>(f->layout())) {
+            if (QWidget* body = f->findChild<QWidget*>(QStringLiteral("body"), Qt::FindDirectChildrenOnly)) {
+                for (int i = 0; i < box->count(); ++i) box->setStretch(i, 0);
+                box->setStretchFactor(body, 1);
+            }
+        }
         tabs_->addTab(page, QString::fromUtf8(t.caption));
         f->Init();
     }
@@ -90,10 +115,14 @@ frames::TAbsEditFrame* CrmReportForm::frame(const QString& className) const {
 }
 
 void CrmReportForm::runReport() {
+    const frames::WaitCursor wait;
     result_->close();
     result_->paramByName(QStringLiteral("kind"))->setValue(kind_);
     result_->paramByName(QStringLiteral("user_id"))->setValue(frames::CUR_USER);
     result_->open();
+    // The companies' names take the width the counts leave.
+    grid_->horizontalHeader()->setSectionResizeMode(grid_->columnOfField(QStringLiteral("NAME")),
+                                                    QHeaderView::Stretch);
     int events = 0;
     for (int r = 0; r < result_->recordCount(); ++r) events += result_->valueAt(r, 2).toInt();
     summary_->setText(QStringLiteral("Компаний: %1, событий: %2").arg(result_->recordCount()).arg(events));

@@ -1,5 +1,5 @@
 #pragma once
-#include <QDialog>
+#include "frames/core/HostForms.h"
 
 class QLabel;
 class QTabWidget;
@@ -21,7 +21,7 @@ namespace workbench {
 // the chosen companies with the number of events the chosen managers had with them and whether
 // the company works with a chosen product group's products (the report query joins the choice
 // tables of the user and report kind).
-class CrmReportForm : public QDialog {
+class CrmReportForm : public frames::TfmPersistentForm {
     Q_OBJECT
 public:
     explicit CrmReportForm(int kind, QWidget* parent = nullptr);

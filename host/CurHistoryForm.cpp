@@ -1,6 +1,7 @@
 #include "host/CurHistoryForm.h"
 #include "frames/core/Guard.h"
 #include "frames/core/RunParams.h"
+#include "frames/core/WaitCursor.h"
 #include "host/HostImpl.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/DataSource.h"
@@ -21,7 +22,7 @@ namespace ui = frames::ui;
 
 CurHistoryForm::CurHistoryForm(db::Database* database, db::Transaction* tr, frames::TRunParams& params,
                                QWidget* parent)
-    : QDialog(parent), db_(database), tr_(tr), params_(params) {
+    : TfmPersistentForm(parent), db_(database), tr_(tr), params_(params) {
     setObjectName(QString::fromLatin1(FormName));
     setWindowTitle(QStringLiteral("Курсы валют"));
     resize(420, 460);
@@ -82,6 +83,7 @@ QString CurHistoryForm::rateText(double rate) {
 }
 
 void CurHistoryForm::open() {
+    const frames::WaitCursor wait;
     const frames::TVarParams::Param* cur =
         params_.Params ? params_.Params->Find(QStringLiteral("CurType")) : nullptr;
     const frames::TVarParams::Param* day =

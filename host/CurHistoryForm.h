@@ -1,6 +1,6 @@
 #pragma once
+#include "frames/core/HostForms.h"
 #include <QDate>
-#include <QDialog>
 #include <QVariant>
 
 class QComboBox;
@@ -29,7 +29,7 @@ struct HostModule;
 // (dd.MM.yyyy; the latest rate when there is none). Another currency can be chosen above the
 // list. OK (double-click, Enter) writes "CurType", "Curs" (the rate as it is shown, "89,2379")
 // and "Date" of the chosen row back into the parameters and ends with 1; Cancel ends with 2.
-class CurHistoryForm : public QDialog {
+class CurHistoryForm : public frames::TfmPersistentForm {
     Q_OBJECT
 public:
     static constexpr const char* FormName = "CurHistoryForm";

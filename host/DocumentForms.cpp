@@ -1,8 +1,10 @@
 #include "host/DocumentForms.h"
 #include "frames/core/Guard.h"
+#include "frames/core/WaitCursor.h"
 #include "host/HostImpl.h"
 #include "host/MassEdit.h"
 #include "host/TableStatements.h"
+#include "host/Usability.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
@@ -164,6 +166,7 @@ const DocumentFilter* findDocumentFilter(const QString& className) {
 }
 
 RecordListForm* makeDocumentList(HostImpl* host, QWidget* parent) {
+    const frames::WaitCursor wait;
     auto* docs = new db::DataSet(host->RvDatabase(), host->pfReadTransaction());
     docs->setObjectName(QStringLiteral("pFIBDataSet1"));
     docs->setSelectSql(QString::fromUtf8(kSelect) + QStringLiteral("order by d.DOC_DATE, d.DOC_NUMBER"));
@@ -216,6 +219,7 @@ RecordListForm* makeDocumentList(HostImpl* host, QWidget* parent) {
     grid->setMultiSelect(true);
     auto* btMassEdit = new QPushButton(QStringLiteral("Групповое изменение…"), form);
     btMassEdit->setObjectName(QStringLiteral("btMassEdit"));
+    setActionIcon(btMassEdit, "edit-select-all", QStyle::SP_DialogApplyButton);
     form->addButton(btMassEdit);
     QObject::connect(btMassEdit, &QPushButton::clicked, form, [host, form] {
         frames::guard([&] {

@@ -5,11 +5,13 @@
 #include "frames/core/Registry.h"
 #include "frames/core/SetFilter_EF.h"
 #include "frames/core/TyapiDates.h"
+#include "frames/core/WaitCursor.h"
 #include "frames/edit/EF_Period.h"
 #include "frames/edit/EF_PeriodExt.h"
 #include "frames/media/EF_ReportChart.h"
 #include "host/DocumentForms.h"
 #include "host/HostImpl.h"
+#include "host/Usability.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/DataSource.h"
 #include "platform/db/Query.h"
@@ -111,6 +113,7 @@ FilterPanelForm::FilterPanelForm(HostImpl* host, QWidget* parent) : TfmPersisten
     query_->setMaximumHeight(70);
     auto* btRun = new QPushButton(QStringLiteral("Выполнить запрос"), this);
     btRun->setObjectName(QStringLiteral("btRun"));
+    setActionIcon(btRun, "system-run", QStyle::SP_MediaPlay);
     count_ = new QLabel(this);
     count_->setObjectName(QStringLiteral("lbCount"));
     auto* btClose = new QPushButton(QStringLiteral("Закрыть"), this);
@@ -138,6 +141,7 @@ frames::TConfigItem* FilterPanelForm::layoutNode(const QString& className) const
 }
 
 void FilterPanelForm::prepare() {
+    const frames::WaitCursor wait;
     auto* grid = static_cast<QGridLayout*>(body_->layout());
     int i = 0;
     for (const DocumentFilter& def : documentFilters()) {
@@ -268,6 +272,7 @@ int FilterPanelForm::runQuery() {
             return -1;
         }
     }
+    const frames::WaitCursor wait;
     lastCount_ = -1;
     count_->setText(QString());
     frames::db::Query q(host_->RvDatabase(), host_->pfReadTransaction());

@@ -9,7 +9,7 @@
 
 namespace workbench {
 
-FindForm::FindForm(QWidget* parent) : QDialog(parent) {
+FindForm::FindForm(QWidget* parent) : TfmPersistentForm(parent) {
     setObjectName("FindForm");
     setWindowTitle(QStringLiteral("Поиск"));
     setModal(false);

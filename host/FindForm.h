@@ -1,5 +1,5 @@
 #pragma once
-#include <QDialog>
+#include "frames/core/HostForms.h"
 #include <QPointer>
 #include <QTableView>
 
@@ -14,7 +14,7 @@ namespace workbench {
 // далее" moves the grid to the next row (after the current one) that holds the text in any
 // shown column, without regard to case (Cyrillic too), going round from the last row to the first
 // when "С начала после конца" is on. Any grid will do; the form lets go of a grid that is closed.
-class FindForm : public QDialog {
+class FindForm : public frames::TfmPersistentForm {
     Q_OBJECT
 public:
     explicit FindForm(QWidget* parent = nullptr);

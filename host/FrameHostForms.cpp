@@ -4,9 +4,11 @@
 #include "frames/core/Guard.h"
 #include "frames/core/Host.h"
 #include "frames/core/Registry.h"
+#include "frames/core/WaitCursor.h"
 #include "frames/edit/EF_CalcEdit.h"
 #include "frames/lookup/LF_Abs.h"
 #include "host/HostImpl.h"
+#include "host/Usability.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/DataSource.h"
 #include "platform/db/Error.h"
@@ -22,7 +24,9 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QVBoxLayout>
 #include <memory>
 #include <stdexcept>
@@ -106,21 +110,32 @@ RecordListForm::RecordListForm(HostImpl* host, db::AbstractDataSet* records, con
     grid_->setMultiSelect(false);
     grid_->setDataSource(source_);
 
-    auto* btEdit = new QPushButton(QStringLiteral("Изменить…"), this);
+    auto* btEdit = new QPushButton(QStringLiteral("&Изменить…"), this);
     btEdit->setObjectName(QStringLiteral("btEdit"));
-    auto* btView = new QPushButton(QStringLiteral("Просмотр…"), this);
+    auto* btView = new QPushButton(QStringLiteral("&Просмотр…"), this);
     btView->setObjectName(QStringLiteral("btView"));
-    auto* btAdd = new QPushButton(QStringLiteral("Добавить…"), this);
+    auto* btAdd = new QPushButton(QStringLiteral("&Добавить…"), this);
     btAdd->setObjectName(QStringLiteral("btAdd"));
     // Only a table with an insert statement takes new records.
     auto* table = qobject_cast<db::DataSet*>(records_);
     btAdd->setVisible(table && !table->insertSql().trimmed().isEmpty());
+    // A row found by its text, from the keyboard too (Ctrl+F).
+    auto* btFind = new QPushButton(QStringLiteral("&Найти…"), this);
+    btFind->setObjectName(QStringLiteral("btFind"));
+    btFind->setToolTip(QStringLiteral("Найти запись по тексту (Ctrl+F)"));
+    auto* find = new QShortcut(QKeySequence::Find, this);
     auto* btClose = new QPushButton(QStringLiteral("Закрыть"), this);
+    setActionIcon(btFind, "edit-find", QStyle::SP_FileDialogContentsView);
+    setActionIcon(btEdit, "document-edit", QStyle::SP_FileDialogDetailedView);
+    setActionIcon(btView, "document-preview", QStyle::SP_FileDialogContentsView);
+    setActionIcon(btAdd, "document-new", QStyle::SP_FileIcon);
+    setActionIcon(btClose, "window-close", QStyle::SP_DialogCloseButton);
     auto* buttons = new QHBoxLayout;
     buttons_ = buttons;
     buttons->addWidget(btEdit);
     buttons->addWidget(btView);
     buttons->addWidget(btAdd);
+    buttons->addWidget(btFind);
     buttons->addStretch(1);
     buttons->addWidget(btClose);
     auto* layout = new QVBoxLayout(this);
@@ -142,6 +157,9 @@ RecordListForm::RecordListForm(HostImpl* host, db::AbstractDataSet* records, con
     connect(btAdd, &QPushButton::clicked, this, [this] { frames::guard([this] { addNew(); }); });
     connect(btClose, &QPushButton::clicked, this, &QDialog::reject);
     connect(grid_, &ui::DBGrid::activated, this, [this] { frames::guard([this] { editCurrent(); }); });
+    const auto findRow = [this] { frames::guard([this] { host_->ShowFindForm(grid_, QString()); }); };
+    connect(btFind, &QPushButton::clicked, this, findRow);
+    connect(find, &QShortcut::activated, this, findRow);
 }
 
 namespace {
@@ -204,6 +222,7 @@ void RecordListForm::setWriteTransaction(db::Transaction* tr) {
 }
 
 RecordListForm* RecordListForm::forLookup(HostImpl* host, const QString& className, QWidget* parent) {
+    const frames::WaitCursor wait;
     // The frame's own list, read free-standing, gives the keys the records point at.
     QWidget scratch;
     std::unique_ptr<frames::TAbsEditFrame> probe(frames::Registry::instance().create(className, &scratch));
@@ -295,6 +314,7 @@ void RecordListForm::addButton(QPushButton* button) {
 }
 
 void RecordListForm::refresh() {
+    const frames::WaitCursor wait;
     if (records_->inEditMode()) records_->cancel();
     records_->reopen(true);
 }
@@ -304,6 +324,8 @@ void RecordListForm::refresh() {
 FrameEditDialog::FrameEditDialog(HostImpl* host, RecordListForm* owner, bool viewOnly)
     : TfmAbsEditDlg(owner), host_(host), list_(owner), viewOnly_(viewOnly) {
     setObjectName(QStringLiteral("FrameEditDialog"));
+    // The dialogs of different lists show different frames: each list's keeps its own size.
+    setProperty("placementName", owner->objectName() + QStringLiteral("/FrameEditDialog"));
     setWindowTitle(viewOnly ? QStringLiteral("Просмотр записи") : QStringLiteral("Редактирование записи"));
     hosted_ = new HostedFrames(this, [this](const QString& name) { return layoutNode(name); });
     resize(520, 160);
@@ -349,6 +371,7 @@ frames::TAbsEditFrame* FrameEditDialog::frame(const QString& name) const {
 }
 
 void FrameEditDialog::prepare() {
+    const frames::WaitCursor wait;
     db::AbstractDataSet* record = list_->records();
     if (!viewOnly_ && !record->inEditMode()) record->edit();
     auto* grid = static_cast<QGridLayout*>(body_->layout());
@@ -382,9 +405,12 @@ void FrameEditDialog::prepare() {
     }
     grid->setRowStretch(grid->rowCount(), 1);
     {
-        // Big enough to show every frame without scrolling, within reason.
+        // Big enough to show every frame without scrolling, within reason and within the screen
+        // (a small screen scrolls the frames instead of cutting off the buttons).
         const QSize hint = body_->sizeHint();
-        resize(qBound(520, hint.width() + 40, 1400), qBound(160, hint.height() + 80, 1000));
+        const QRect screen = this->screen() ? this->screen()->availableGeometry() : QRect(0, 0, 1440, 1080);
+        resize(qBound(520, hint.width() + 40, qMax(520, qMin(1400, screen.width() - 40))),
+               qBound(160, hint.height() + 80, qMax(160, qMin(1000, screen.height() - 60))));
     }
     frames::TAbsEditFrame* first = list_->focusEditor.isEmpty() ? nullptr : frame(list_->focusEditor);
     if (!first && !frames_.empty()) first = frames_.front();

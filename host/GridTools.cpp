@@ -11,7 +11,9 @@
 
 namespace workbench {
 
-GridColumnsDialog::GridColumnsDialog(QTableView* grid, QWidget* parent) : QDialog(parent), grid_(grid) {
+GridColumnsDialog::GridColumnsDialog(QTableView* grid, QWidget* parent)
+    : TfmPersistentForm(parent), grid_(grid) {
+    setObjectName(QStringLiteral("GridColumnsDialog"));
     setWindowTitle(QStringLiteral("Настройка колонок"));
     list_ = new QListWidget(this);
     list_->setObjectName(QStringLiteral("lbColumns"));

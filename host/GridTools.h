@@ -1,5 +1,5 @@
 #pragma once
-#include <QDialog>
+#include "frames/core/HostForms.h"
 
 class QLabel;
 class QLineEdit;
@@ -10,7 +10,7 @@ class QTableView;
 namespace workbench {
 
 // The grid customisation: the grid's columns in their visual order with a visibility box each.
-class GridColumnsDialog : public QDialog {
+class GridColumnsDialog : public frames::TfmPersistentForm {
     Q_OBJECT
 public:
     explicit GridColumnsDialog(QTableView* grid, QWidget* parent = nullptr);

@@ -1,12 +1,14 @@
 #include "host/HostImpl.h"
-#include "host/CardChoiceForm.h"
 #include "frames/core/Guard.h"
 #include "frames/core/RunParams.h"
+#include "frames/core/WaitCursor.h"
+#include "host/CardChoiceForm.h"
 #include "host/ClassifForm.h"
 #include "host/CurHistoryForm.h"
 #include "host/FindForm.h"
 #include "host/GridTools.h"
 #include "host/MassEdit.h"
+#include "host/Usability.h"
 #include "platform/db/Database.h"
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
@@ -20,8 +22,8 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QInputDialog>
-#include <QLineEdit>
 #include <QJsonDocument>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QRegularExpression>
 #include <QSaveFile>
@@ -31,6 +33,7 @@
 #include <QTextStream>
 #include <QUrl>
 #include <cstdio>
+#include <stdexcept>
 
 namespace workbench {
 
@@ -106,9 +109,21 @@ HostImpl::HostImpl(Settings settings) : settings_(std::move(settings)) {
             QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/profiles");
     QDir().mkpath(ProfilePath()); // a safe name: always one folder inside the profiles folder
     loadConfig();
+    if (settings_.windowPlacement && qApp)
+        placement_ = std::make_unique<FormPlacement>(
+            [this](const QString& name) -> frames::TConfigItem* {
+                try {
+                    if (frames::host() != this) return nullptr; // another session's host
+                } catch (const std::logic_error&) {
+                    return nullptr;
+                }
+                return FormLayout(name);
+            },
+            [this] { saveLayout(); });
 }
 
 HostImpl::~HostImpl() {
+    placement_.reset();
     formObjects_.clear();
     closeDatabase();
 }
@@ -206,6 +221,8 @@ bool HostImpl::reconnect() {
 }
 
 void HostImpl::ConnectionLost(const QString& text) {
+    // The user is asked: the arrow, not the hourglass of the work that asks.
+    const frames::WaitCursor::Pause arrow;
     // One loss, one message: later failures of the same loss only go to the trace log.
     if (lost_) {
         TraceText(QStringLiteral("connection lost (already reported): ") + text, 1);
@@ -298,6 +315,7 @@ bool HostImpl::IsFuncRights(const QString& functionName) const {
 // ---- module runner
 
 int HostImpl::RunModule(const QString& formName, frames::TRunParams& params) {
+    const frames::WaitCursor::Pause arrow;
     // The workbench's own forms come before the reference lists.
     const HostModule* module = findHostModule(formName);
     const ReferenceFormDef* def = module ? nullptr : findReferenceForm(formName);
@@ -355,17 +373,20 @@ void HostImpl::message(const QString& kind, const QString& text) {
 }
 
 void HostImpl::ErrorBox(const QString& text) {
+    const frames::WaitCursor::Pause arrow;
     message(QStringLiteral("error"), text);
     if (settings_.interactive)
         QMessageBox::critical(QApplication::activeWindow(), QStringLiteral("Ошибка"), text);
 }
 
 void HostImpl::ErrorBox(const QString& text, const QString& caption) {
+    const frames::WaitCursor::Pause arrow;
     message(QStringLiteral("error"), text);
     if (settings_.interactive) QMessageBox::critical(QApplication::activeWindow(), caption, text);
 }
 
 void HostImpl::ErrorBoxEx(const QString& text, int detail) {
+    const frames::WaitCursor::Pause arrow;
     message(QStringLiteral("error"), QStringLiteral("%1 (%2)").arg(text).arg(detail));
     if (settings_.interactive) {
         QMessageBox box(QMessageBox::Critical, QStringLiteral("Ошибка"), text, QMessageBox::Ok,
@@ -380,17 +401,20 @@ void HostImpl::WarningBox(const QString& text) {
 }
 
 void HostImpl::WarningBox(const QString& text, const QString& caption) {
+    const frames::WaitCursor::Pause arrow;
     message(QStringLiteral("warning"), text);
     if (settings_.interactive) QMessageBox::warning(QApplication::activeWindow(), caption, text);
 }
 
 void HostImpl::InfoBox(const QString& text) {
+    const frames::WaitCursor::Pause arrow;
     message(QStringLiteral("info"), text);
     if (settings_.interactive)
         QMessageBox::information(QApplication::activeWindow(), QStringLiteral("Сообщение"), text);
 }
 
 bool HostImpl::QuestionBox(const QString& text) {
+    const frames::WaitCursor::Pause arrow;
     message(QStringLiteral("question"), text);
     // Without a user the answer is No: nothing is done that was not asked for.
     if (!settings_.interactive) return false;
@@ -399,6 +423,7 @@ bool HostImpl::QuestionBox(const QString& text) {
 }
 
 bool HostImpl::ConfirmBox(const QString& text, const QString& caption) {
+    const frames::WaitCursor::Pause arrow;
     message(QStringLiteral("question"), text);
     if (!settings_.interactive) return false;
     return QMessageBox::warning(QApplication::activeWindow(), caption, text,
@@ -529,6 +554,13 @@ void HostImpl::saveLayout() {
     if (!f.commit()) TraceText(QStringLiteral("layout.json cannot be written: %1").arg(f.errorString()), 1);
 }
 
+frames::TConfigItem* HostImpl::FormLayout(const QString& formName) {
+    frames::TConfigItem* node = &layout_;
+    for (const QString& name : formName.split(QLatin1Char('/'), Qt::SkipEmptyParts))
+        node = node->ItemByName(name);
+    return node == &layout_ ? nullptr : node;
+}
+
 // ---- unreadable profile files
 
 bool HostImpl::readProfileFile(const QString& path, QByteArray& text) {
@@ -605,6 +637,7 @@ void HostImpl::OpenAddress(const QString& address) {
 }
 
 void HostImpl::CustomizeGrid(frames::ui::DBGrid* grid) {
+    const frames::WaitCursor::Pause arrow;
     if (!grid) return;
     if (!settings_.interactive) {
         TraceText(QStringLiteral("CustomizeGrid: not shown without a user"), 1);
@@ -615,6 +648,7 @@ void HostImpl::CustomizeGrid(frames::ui::DBGrid* grid) {
 }
 
 void HostImpl::FindInGrid(frames::ui::DBGrid* grid) {
+    const frames::WaitCursor::Pause arrow;
     if (!grid) return;
     if (!settings_.interactive) {
         TraceText(QStringLiteral("FindInGrid: not shown without a user"), 1);

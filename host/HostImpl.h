@@ -17,6 +17,7 @@ class QWidget;
 
 namespace workbench {
 
+class FormPlacement;
 class HostImpl;
 
 // A form of the workbench that the module runner shows by name besides the reference lists (the
@@ -51,6 +52,9 @@ public:
         // False in screenshot mode and in tests: message boxes and modal forms are not shown,
         // they are written to the trace log and answered with their defaults.
         bool interactive = true;
+        // The host forms' places and sizes are kept in the layout tree and come back; off in
+        // screenshot mode, whose pictures show every form as it first opens.
+        bool windowPlacement = true;
     };
 
     HostImpl();
@@ -84,6 +88,9 @@ public:
     bool loadLayout();
     void saveLayout();
     QString layoutFile() const;
+    // The node under LayoutRoot at that path of names ("List/Dialog"), where a form keeps its
+    // place and size.
+    frames::TConfigItem* FormLayout(const QString& formName);
     QString traceFile() const;
     QString configFile() const;
     QString iniFile() const;
@@ -175,6 +182,8 @@ private:
     QString setAside(const QString& path, const QString& reason, const QString& message);
     static constexpr qint64 kMaxProfileFileSize = 256 * 1024 * 1024;
     bool layoutKept_ = false; // an unreadable layout.json stayed in place: never written over
+    // The forms' places, kept while this is the host installed.
+    std::unique_ptr<FormPlacement> placement_;
 };
 
 } // namespace workbench

@@ -3,6 +3,7 @@
 #include "frames/core/ConfigItem.h"
 #include "frames/core/Guard.h"
 #include "frames/core/Registry.h"
+#include "frames/core/WaitCursor.h"
 #include "host/CardForms.h"
 #include "host/ClientForms.h"
 #include "host/CrmForms.h"
@@ -13,6 +14,7 @@
 #include "host/MassEdit.h"
 #include "host/ReferenceForms.h"
 #include "host/ReportSettingsForm.h"
+#include "host/Usability.h"
 #include "platform/db/Database.h"
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -109,7 +111,7 @@ MainWindow::MainWindow(HostImpl* host, const frames::Registry* registry, QWidget
     split->addWidget(browser);
     split->addWidget(scroll_);
     split->setStretchFactor(1, 1);
-    split->setSizes({360, 640});
+    split->setSizes({440, 560}); // room for the frames' Russian names beside their classes
     setCentralWidget(split);
 
     QMenu* file = menuBar()->addMenu(QStringLiteral("&Файл"));
@@ -157,6 +159,10 @@ MainWindow::MainWindow(HostImpl* host, const frames::Registry* registry, QWidget
                     [this] { openCrmForm(QStringLiteral("TEventCharacter_Frame")); });
     QToolBar* tb = addToolBar(QStringLiteral("Главная"));
     tb->setObjectName(QStringLiteral("tbMain"));
+    tb->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    setActionIcon(cards, "x-office-address-book", QStyle::SP_FileDialogListView);
+    setActionIcon(documents, "x-office-document", QStyle::SP_FileIcon);
+    setActionIcon(filters, "view-filter", QStyle::SP_FileDialogContentsView);
     tb->addAction(cards);
     tb->addAction(documents);
     tb->addAction(filters);
@@ -211,6 +217,7 @@ void MainWindow::closeFrame() {
 }
 
 frames::TAbsEditFrame* MainWindow::showFrame(const QString& className) {
+    const frames::WaitCursor wait;
     closeFrame();
     frames::TAbsEditFrame* made = nullptr;
     const bool ok = frames::guard([&] {
@@ -449,9 +456,7 @@ void MainWindow::openReferenceForm(const QString& formName) {
 // left them; a value that cannot be read is ignored.
 void MainWindow::restoreWindowLayout() {
     frames::TConfigItem* node = host_->LayoutRoot()->ItemByName(objectName());
-    if (node->IsExists(QStringLiteral("Geometry")))
-        restoreGeometry(
-            QByteArray::fromBase64(node->ItemByName(QStringLiteral("Geometry"))->GetAsString().toLatin1()));
+    restorePlacement(this, node);
     if (node->IsExists(QStringLiteral("Splitter")))
         split_->restoreState(
             QByteArray::fromBase64(node->ItemByName(QStringLiteral("Splitter"))->GetAsString().toLatin1()));
@@ -464,7 +469,7 @@ void MainWindow::restoreWindowLayout() {
 
 void MainWindow::saveWindowLayout() {
     frames::TConfigItem* node = host_->LayoutRoot()->ItemByName(objectName());
-    node->ItemByName(QStringLiteral("Geometry"))->SetAsString(QString::fromLatin1(saveGeometry().toBase64()));
+    savePlacement(this, node);
     node->ItemByName(QStringLiteral("Splitter"))
         ->SetAsString(QString::fromLatin1(split_->saveState().toBase64()));
     node->ItemByName(QStringLiteral("Frame"))->SetAsString(frame_ ? frame_->objectName() : QString());
@@ -472,6 +477,10 @@ void MainWindow::saveWindowLayout() {
 
 void MainWindow::closeEvent(QCloseEvent* e) {
     saveWindowLayout();
+    // Every form still open closes as if the user closed it: it keeps its place and its frames
+    // their settings.
+    for (QWidget* w : findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+        if (w->isWindow() && w->isVisible()) w->close();
     if (cardList_) cardList_->close();
     if (recordList_) recordList_->close();
     if (documentList_) documentList_->close();

@@ -5,6 +5,7 @@
 #include "frames/core/ME_Abs.h"
 #include "frames/core/Registry.h"
 #include "frames/core/Tyapi.h"
+#include "frames/core/WaitCursor.h"
 #include "host/FrameHostForms.h"
 #include "host/HostImpl.h"
 #include "platform/db/AbstractDataSet.h"
@@ -268,7 +269,7 @@ std::unique_ptr<QObject> makeMassEditLayer(const QString& name) {
 
 MassEditDialog::MassEditDialog(HostImpl* host, RecordListForm* list, const MassEditTable& table,
                                QWidget* parent)
-    : QDialog(parent ? parent : list), host_(host), list_(list), table_(table) {
+    : TfmPersistentForm(parent ? parent : list), host_(host), list_(list), table_(table) {
     setObjectName(QStringLiteral("MassEditDialog"));
     setWindowTitle(QStringLiteral("Групповое изменение"));
     resize(520, 320);
@@ -360,6 +361,7 @@ int MassEditDialog::apply() {
         frames::TyWarningBox(QStringLiteral("Не выбрано новое значение."));
         return -1;
     }
+    const frames::WaitCursor wait;
     int changed = -1;
     const QString operation = QStringLiteral("Групповое изменение не выполнено");
     try {

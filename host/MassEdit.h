@@ -1,6 +1,6 @@
 #pragma once
+#include "frames/core/HostForms.h"
 #include "frames/core/ME_Abs.h"
-#include <QDialog>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -97,7 +97,7 @@ std::unique_ptr<QObject> makeMassEditLayer(const QString& name);
 // The mass-edit dialog ("Групповое изменение") over a list form: the records marked in the list
 // (or its current record), a column to set, and the column's frame. "Применить" runs the update,
 // tells how many records changed and reads the list again.
-class MassEditDialog : public QDialog {
+class MassEditDialog : public frames::TfmPersistentForm {
     Q_OBJECT
 public:
     MassEditDialog(HostImpl* host, RecordListForm* list, const MassEditTable& table,

@@ -1,5 +1,6 @@
 #include "host/ReferenceForms.h"
 #include "frames/core/Guard.h"
+#include "frames/core/WaitCursor.h"
 #include "host/GridTools.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/DataSource.h"
@@ -76,7 +77,7 @@ const ReferenceFormDef* findReferenceForm(const QString& name) {
 
 ReferenceForm::ReferenceForm(const ReferenceFormDef& def, db::Database* database, db::Transaction* tr,
                              frames::TRunParams& params, QWidget* parent)
-    : QDialog(parent), def_(def), params_(params) {
+    : TfmPersistentForm(parent), def_(def), params_(params) {
     setObjectName(def.name);
     setWindowTitle(def.caption);
     resize(560, 420);
@@ -117,6 +118,7 @@ ReferenceForm::~ReferenceForm() {
 }
 
 void ReferenceForm::open() {
+    const frames::WaitCursor wait;
     dataSet_->open();
     if (!def_.columns.isEmpty()) {
         QStringList fields;

@@ -1,6 +1,6 @@
 #pragma once
+#include "frames/core/HostForms.h"
 #include "frames/core/RunParams.h"
-#include <QDialog>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -48,7 +48,7 @@ const ReferenceFormDef* findReferenceForm(const QString& name); // case-insensit
 // A searchable list over a reference table. At open it positions on params.KeyValue (looked up
 // in the column params.KeyFieldName, or the form's key column); OK (or double-click, Enter)
 // writes the current row's key into params.KeyValue and ends with 1, Cancel ends with 2.
-class ReferenceForm : public QDialog {
+class ReferenceForm : public frames::TfmPersistentForm {
     Q_OBJECT
 public:
     ReferenceForm(const ReferenceFormDef& def, frames::db::Database* db, frames::db::Transaction* tr,

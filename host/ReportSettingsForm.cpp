@@ -1,6 +1,7 @@
 #include "host/ReportSettingsForm.h"
 #include "frames/core/Guard.h"
 #include "frames/core/Registry.h"
+#include "frames/core/WaitCursor.h"
 #include "frames/lists/BF_Manager.h"
 #include "frames/lists/LCBF_PermissionPattern.h"
 #include "host/HostImpl.h"
@@ -21,7 +22,8 @@ frames::TConfigItem* settingsNode(HostImpl* host) {
 
 } // namespace
 
-ReportSettingsForm::ReportSettingsForm(HostImpl* host, QWidget* parent) : QDialog(parent), host_(host) {
+ReportSettingsForm::ReportSettingsForm(HostImpl* host, QWidget* parent)
+    : TfmPersistentForm(parent), host_(host) {
     setObjectName(QStringLiteral("ReportSettingsForm"));
     setWindowTitle(QStringLiteral("Настройки отчёта"));
     resize(720, 420);
@@ -58,6 +60,7 @@ void ReportSettingsForm::prepare() {
 }
 
 void ReportSettingsForm::openFrames() {
+    const frames::WaitCursor wait;
     const int k = kind();
     hosted_ = new HostedFrames(panel_, [this, k](const QString& name) {
         return settingsNode(host_)->ItemByName(QStringLiteral("Kind%1").arg(k))->ItemByName(name);
@@ -99,7 +102,7 @@ void ReportSettingsForm::setKind(int k) {
 void ReportSettingsForm::done(int result) {
     closed_ = true;
     frames::guard([this] { closeFrames(); });
-    QDialog::done(result);
+    TfmPersistentForm::done(result);
 }
 
 } // namespace workbench

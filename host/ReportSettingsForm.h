@@ -1,5 +1,5 @@
 #pragma once
-#include <QDialog>
+#include "frames/core/HostForms.h"
 
 class QSpinBox;
 
@@ -17,7 +17,7 @@ class HostedFrames;
 // manager chooser and the check list keep them on the server for the user and a kind ("Вид
 // настроек"). Closing the form, or choosing another kind, stores the choice; it is there again
 // the next time, also after a restart.
-class ReportSettingsForm : public QDialog {
+class ReportSettingsForm : public frames::TfmPersistentForm {
     Q_OBJECT
 public:
     explicit ReportSettingsForm(HostImpl* host, QWidget* parent = nullptr);

@@ -24,6 +24,7 @@
 #include "host/MassEdit.h"
 #include "host/ReferenceForms.h"
 #include "host/ReportSettingsForm.h"
+#include "host/Usability.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/Database.h"
 #include "platform/db/Error.h"
@@ -37,6 +38,7 @@
 #include <QLibrary>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QPixmap>
 #include <QStandardPaths>
@@ -157,10 +159,19 @@ struct Shot {
     QString group;
     QString file;  // empty when no picture
     QString error; // empty when fine
+    // What a person would stumble on in the window: the index lists it under the picture.
+    QStringList problems = {};
 };
 
 bool savePicture(QWidget* w, const QString& dir, const QString& name, Shot& shot) {
     settle();
+    for (const QString& b : blankButtons(w))
+        shot.problems << QStringLiteral("кнопка без текста и значка: ") + b;
+    // A window of its own comes back where the user left it only as a host form.
+    if (w->isWindow() && w->objectName() != QLatin1String("pnFrame") &&
+        !qobject_cast<frames::TfmPersistentForm*>(w) && !qobject_cast<QMainWindow*>(w))
+        shot.problems << QStringLiteral("окно не запоминает размер и место: ") +
+                             QString::fromLatin1(w->metaObject()->className());
     const QPixmap px = w->grab();
     const QString file = name + QStringLiteral(".png");
     if (px.isNull() || !px.save(QDir(dir).filePath(file))) {
@@ -179,13 +190,14 @@ bool writeIndex(const QString& dir, const std::vector<Shot>& shots, const QStrin
            "screenshots</title>\n"
            "<style>body{font-family:sans-serif}td{vertical-align:top;padding:6px;border-bottom:1px solid "
            "#ccc}"
-           ".err{color:#b00}</style></head><body>\n"
+           ".err{color:#b00}.problem{color:#a50}</style></head><body>\n"
         << "<h1>Frames workbench</h1><p>Database: " << html(database) << "</p>\n<table>\n"
         << "<tr><th>Name</th><th>Group</th><th>Picture</th></tr>\n";
     for (const Shot& s : shots) {
         out << "<tr><td>" << html(s.name) << "</td><td>" << html(s.group) << "</td><td>";
         if (!s.file.isEmpty()) out << "<img src=\"" << html(s.file) << "\" alt=\"" << html(s.name) << "\">";
         if (!s.error.isEmpty()) out << "<div class=\"err\">" << html(s.error) << "</div>";
+        for (const QString& p : s.problems) out << "<div class=\"problem\">" << html(p) << "</div>";
         out << "</td></tr>\n";
     }
     out << "</table></body></html>\n";
@@ -552,6 +564,7 @@ int run(int argc, char** argv) {
     settings.password =
         options.password.isEmpty() ? qEnvironmentVariable("WORKBENCH_PASSWORD") : options.password;
     settings.interactive = !screenshots;
+    settings.windowPlacement = !screenshots;
     if (settings.password.isEmpty() && frames::db::Database::isRemote(options.database) && !screenshots) {
         // A server checks who logs in: ask the user for his password.
         bool ok = false;

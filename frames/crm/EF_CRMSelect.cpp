@@ -11,6 +11,7 @@
 #include "platform/widgets/LookupCombo.h"
 #include <QApplication>
 #include <QBoxLayout>
+#include <QHeaderView>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QSplitter>
@@ -100,6 +101,7 @@ TCRMSelect_Frame::TCRMSelect_Frame(QWidget* parent, const Names& names, bool wit
         ds = new db::DataSet(this);
         ds->setObjectName(dataName);
         grid->setDataSource(new db::DataSource(ds, this));
+        grid->horizontalHeader()->setStretchLastSection(true); // the grid's whole width is used
     };
     makeGrid(gbUnSelected, dbgrdUnSelected, ibqryUnSelected, "gbUnSelected", names.unselectedGrid,
              names.unselectedData);

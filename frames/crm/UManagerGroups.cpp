@@ -175,6 +175,10 @@ TfrmManagerGroups::TfrmManagerGroups(QWidget* parent) : TAbsEditFrame(parent) {
         g->setDataSource(new db::DataSource(ds, this));
         g->setColumns({"ID_USER", "NAME_USER"});
         g->setCaptions({{"ID_USER", "Код"}, {"NAME_USER", "Менеджер"}});
+        // A short code, the name in the rest of the width.
+        g->horizontalHeader()->setDefaultSectionSize(
+            g->fontMetrics().horizontalAdvance(QStringLiteral("00000")) + 24);
+        g->horizontalHeader()->setStretchLastSection(true);
         return box;
     };
     rl->addWidget(grid(dbgrdUnSelectedManagers, ibqryUnSelectedManagers, "dbgrdUnSelectedManagers",

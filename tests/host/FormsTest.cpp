@@ -23,6 +23,7 @@
 #include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -462,6 +463,12 @@ TEST(WorkbenchExe, WritesScreenshotsWithoutADisplay) {
     const QString html = QString::fromUtf8(index.readAll());
     EXPECT_TRUE(html.contains("EditDialog.png"));
     EXPECT_TRUE(html.contains("TUser_LF.png"));
+    // Every window of the gallery: no button without text and icon, every form of its own keeps
+    // its place.
+    QStringList problems;
+    static const QRegularExpression problem("<div class=\"problem\">([^<]*)</div>");
+    for (auto it = problem.globalMatch(html); it.hasNext();) problems << it.next().captured(1);
+    EXPECT_TRUE(problems.isEmpty()) << problems.join("\n").toStdString();
 }
 
 TEST(WorkbenchExe, AScreenshotFolderThatCannotBeMadeFails) {

@@ -1,14 +1,30 @@
 // The workbench as a person reads it: frames found by their Russian names, Qt's own texts in
 // Russian, lists that show values as their editors do, nothing cut off.
+#include "host/Usability.h"
+#include "frames/core/Guard.h"
 #include "frames/core/Registry.h"
 #include "frames/core/RunParams.h"
+#include "frames/core/WaitCursor.h"
 #include "frames/edit/CE_Curs.h"
 #include "frames/edit/EF_CalcEdit.h"
 #include "frames/edit/EF_DBTimeEdit.h"
 #include "frames/edit/EF_Partner.h"
+#include "frames/medit/ME_Edit.h"
+#include "host/CardChoiceForm.h"
+#include "host/CardForms.h"
+#include "host/ClassifForm.h"
+#include "host/ClientForms.h"
+#include "host/ClientReportForm.h"
+#include "host/CrmReportForm.h"
+#include "host/CurHistoryForm.h"
 #include "host/DocumentForms.h"
+#include "host/FilterPanel.h"
+#include "host/FindForm.h"
+#include "host/GridTools.h"
 #include "host/MainWindow.h"
+#include "host/MassEdit.h"
 #include "host/ReferenceForms.h"
+#include "host/ReportSettingsForm.h"
 #include "host/Workbench.h"
 #include "platform/db/DataSet.h"
 #include "platform/widgets/CalcEdit.h"
@@ -17,13 +33,16 @@
 #include "platform/widgets/DataSetModel.h"
 #include "platform/widgets/TimeEdit.h"
 #include "tests/host/WorkbenchFixture.h"
+#include <QApplication>
 #include <QDialogButtonBox>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QToolButton>
 #include <QTreeWidget>
+#include <functional>
 #include <memory>
 
 namespace frames::test {
@@ -168,6 +187,236 @@ TEST_F(Usability, NothingIsCutOff) {
     EXPECT_EQ(rate->siSelect->text(), "...");
     EXPECT_EQ(rate->siSelect->toolTip(), "Выбрать курс из списка");
     dlg.reject();
+}
+
+// Every host form, resized by the user and closed, opens at that size after a restart. The edit
+// dialogs of different lists keep sizes of their own; a kept size that cannot be read leaves a
+// form at its first size.
+TEST_F(Usability, EveryHostFormComesBackAtTheSizeTheUserLeftIt) {
+    using Make = std::function<TfmPersistentForm*(workbench::HostImpl*)>;
+    TRunParams params;
+    params.ResultInt = 0; // classifier type
+    TRunParams rates;
+    rates.EnsureParams().ByName("CurType").Value = "2";
+    rates.EnsureParams().ByName("Date").Value = "15.03.2024";
+    std::vector<std::unique_ptr<QWidget>> owners; // lists that the dialogs over them need
+    const auto documents = [&owners](workbench::HostImpl* h) {
+        owners.emplace_back(workbench::makeDocumentList(h));
+        return static_cast<RecordListForm*>(owners.back().get());
+    };
+    const std::vector<std::pair<QString, Make>> forms = {
+        {"CrmReportForm",
+         [](workbench::HostImpl*) {
+             auto* f = new workbench::CrmReportForm(1);
+             f->prepare();
+             return f;
+         }},
+        {"ReportSettingsForm",
+         [](workbench::HostImpl* h) {
+             auto* f = new workbench::ReportSettingsForm(h);
+             f->prepare();
+             return f;
+         }},
+        {"ClientReportForm",
+         [](workbench::HostImpl* h) {
+             auto* f = new workbench::ClientReportForm(h);
+             f->prepare();
+             return f;
+         }},
+        {"FilterPanel",
+         [](workbench::HostImpl* h) {
+             auto* f = new workbench::FilterPanelForm(h);
+             f->prepare();
+             return f;
+         }},
+        {"CardListForm",
+         [](workbench::HostImpl* h) {
+             auto* f = new workbench::CardListForm(h);
+             f->open();
+             return f;
+         }},
+        {"BankForm",
+         [&params](workbench::HostImpl* h) {
+             auto* f = new workbench::ReferenceForm(*workbench::findReferenceForm("BankForm"),
+                                                    h->RvDatabase(), h->pfReadTransaction(), params);
+             f->open();
+             return f;
+         }},
+        {"CurHistoryForm",
+         [&rates](workbench::HostImpl* h) {
+             auto* f = new workbench::CurHistoryForm(h->RvDatabase(), h->pfReadTransaction(), rates);
+             f->open();
+             return f;
+         }},
+        {"CardForm",
+         [&params](workbench::HostImpl* h) {
+             auto* f = new workbench::CardChoiceForm(h->RvDatabase(), h->pfReadTransaction(), params);
+             f->open();
+             return f;
+         }},
+        {"ClassifForm",
+         [&params](workbench::HostImpl* h) {
+             auto* f = new workbench::ClassifForm(h->RvDatabase(), h->pfReadTransaction(), params);
+             f->open();
+             return f;
+         }},
+        {"DocumentListForm", [](workbench::HostImpl* h) { return workbench::makeDocumentList(h); }},
+        {"DocumentEditDialog",
+         [&](workbench::HostImpl* h) {
+             auto* f = new FrameEditDialog(h, documents(h));
+             f->prepare();
+             return f;
+         }},
+        {"MassEditDialog",
+         [&](workbench::HostImpl* h) {
+             return new workbench::MassEditDialog(h, documents(h), workbench::documentMassEdit());
+         }},
+        {"FindForm", [](workbench::HostImpl*) { return new workbench::FindForm; }},
+        {"GridColumnsDialog",
+         [&](workbench::HostImpl* h) { return new workbench::GridColumnsDialog(documents(h)->grid()); }},
+    };
+
+    std::map<QString, QSize> first, left;
+    for (const auto& [name, make] : forms) {
+        std::unique_ptr<TfmPersistentForm> form(make(wb.get()));
+        form->show();
+        first[name] = form->size();
+        form->resize(first[name].width() < 600 ? 610 : 590, first[name].height() < 400 ? 430 : 380);
+        left[name] = form->size();
+        EXPECT_NE(left[name], first[name]) << name.toStdString();
+        form->close();
+        EXPECT_FALSE(form->isVisible()) << name.toStdString();
+        form.reset(); // before the list it may belong to
+        owners.clear();
+    }
+
+    auto again = restarted();
+    for (const auto& [name, make] : forms) {
+        std::unique_ptr<TfmPersistentForm> form(make(again.get()));
+        form->show();
+        EXPECT_EQ(form->size(), left[name]) << name.toStdString();
+        form->close();
+        form.reset();
+        owners.clear();
+    }
+    // The client's card is another list's edit dialog: the documents' size is not its own.
+    {
+        std::unique_ptr<RecordListForm> clients(workbench::makeClientList(again.get()));
+        FrameEditDialog card(again.get(), clients.get());
+        card.prepare();
+        const QSize own = card.size();
+        card.show();
+        EXPECT_EQ(card.size(), own);
+        card.reject();
+    }
+    // A kept size that is not one: the form opens as it would the first time.
+    again->LayoutRoot()->ItemByName("CrmReportForm")->ItemByName("Geometry")->SetAsString("не размер");
+    std::unique_ptr<TfmPersistentForm> crm(forms.front().second(again.get()));
+    crm->show();
+    EXPECT_EQ(crm->size(), first["CrmReportForm"]);
+}
+
+// Long work shows the hourglass while it runs and takes it off however it ends; a message box
+// shown meanwhile has the arrow.
+TEST_F(Usability, LongWorkShowsTheHourglass) {
+    ASSERT_EQ(QGuiApplication::overrideCursor(), nullptr);
+    std::vector<QString> seen;
+    const auto look = [&seen](const QString& what) {
+        return [&seen, what](db::AbstractDataSet&) {
+            seen.push_back(what + (WaitCursor::shown() ? ": hourglass" : ": arrow"));
+        };
+    };
+
+    // A report's query, a list read again, a reference form opening.
+    workbench::CrmReportForm crm(1);
+    crm.prepare();
+    crm.result()->beforeOpen.connect(look("CRM report"));
+    crm.runReport();
+    std::unique_ptr<RecordListForm> list(workbench::makeDocumentList(wb.get()));
+    list->records()->beforeOpen.connect(look("list"));
+    list->refresh();
+    TRunParams params;
+    workbench::ReferenceForm bank(*workbench::findReferenceForm("BankForm"), wb->RvDatabase(),
+                                  wb->pfReadTransaction(), params);
+    bank.dataSet()->beforeOpen.connect(look("reference form"));
+    bank.open();
+    EXPECT_EQ(seen, (std::vector<QString>{"CRM report: hourglass", "list: hourglass",
+                                          "reference form: hourglass"}));
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+
+    // A mass edit and its list read again after it.
+    seen.clear();
+    list->grid()->setMarked(0, true);
+    workbench::MassEditDialog massEdit(wb.get(), list.get(), workbench::documentMassEdit());
+    massEdit.chooseColumn("STATUS");
+    auto* text = qobject_cast<TEdit_ME*>(massEdit.frame());
+    ASSERT_NE(text, nullptr);
+    text->efNewValue->ComboBox->setEditText("Проведён");
+    text->efNewValueComboBoxChange(nullptr);
+    EXPECT_EQ(massEdit.apply(), 1) << wb->loggedMessages().join("\n").toStdString();
+    EXPECT_EQ(seen, std::vector<QString>{"list: hourglass"});
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+
+    // A report query that fails: the error is told, the hourglass is gone.
+    crm.result()->setSelectSql("select no_such_column from rdb$database");
+    EXPECT_FALSE(guard([&] { crm.runReport(); }));
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+
+    // Nested work stacks; a box in between points with the arrow.
+    {
+        const WaitCursor outer;
+        {
+            const WaitCursor inner;
+            const WaitCursor::Pause box;
+            EXPECT_FALSE(WaitCursor::shown());
+        }
+        EXPECT_TRUE(WaitCursor::shown());
+    }
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+// No button shows an empty square: the ones the workbench gives icons keep their text, and a
+// button with neither is found.
+TEST_F(Usability, ButtonsShowTextOrIcon) {
+    workbench::CardListForm cards(wb.get());
+    cards.open();
+    cards.show();
+    EXPECT_TRUE(workbench::blankButtons(&cards).isEmpty())
+        << workbench::blankButtons(&cards).join(", ").toStdString();
+    for (QPushButton* b : cards.findChildren<QPushButton*>()) {
+        EXPECT_FALSE(b->text().isEmpty()) << b->objectName().toStdString();
+        EXPECT_FALSE(b->icon().isNull()) << b->text().toStdString();
+    }
+    auto* blank = new QToolButton(&cards);
+    blank->setObjectName("sbBlank");
+    blank->setToolTip("Ничего");
+    blank->show();
+    EXPECT_EQ(workbench::blankButtons(&cards), QStringList{"sbBlank («Ничего»)"});
+    blank->hide();
+    EXPECT_TRUE(workbench::blankButtons(&cards).isEmpty());
+}
+
+// The CRM report's choices take the height of their tab and its grids their whole width.
+TEST_F(Usability, CrmReportUsesItsSpace) {
+    workbench::CrmReportForm crm(1);
+    crm.prepare();
+    crm.resize(900, 640);
+    crm.show();
+    QApplication::processEvents();
+    TAbsEditFrame* groups = crm.frame("TfrmManagerGroups");
+    ASSERT_NE(groups, nullptr);
+    const QWidget* body = groups->findChild<QWidget*>("body", Qt::FindDirectChildrenOnly);
+    ASSERT_NE(body, nullptr);
+    EXPECT_GE(body->height(), groups->parentWidget()->height() - 60);
+    auto fillsWidth = [](const ui::DBGrid* grid) {
+        return grid->horizontalHeader()->length() >= grid->viewport()->width();
+    };
+    const auto* available = groups->findChild<ui::DBGrid*>("dbgrdUnSelectedManagers");
+    ASSERT_NE(available, nullptr);
+    EXPECT_TRUE(fillsWidth(available));
+    crm.runReport();
+    QApplication::processEvents();
+    EXPECT_TRUE(fillsWidth(crm.findChild<ui::DBGrid*>("dbgrdResult")));
 }
 
 } // namespace
