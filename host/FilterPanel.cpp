@@ -3,22 +3,19 @@
 #include "frames/core/ConfigItem.h"
 #include "frames/core/Guard.h"
 #include "frames/core/Registry.h"
+#include "frames/core/RunParams.h"
 #include "frames/core/SetFilter_EF.h"
 #include "frames/core/TyapiDates.h"
 #include "frames/edit/EF_Period.h"
 #include "frames/edit/EF_PeriodExt.h"
 #include "frames/media/EF_ReportChart.h"
-#include "host/TableStatements.h"
-#include "frames/core/RunParams.h"
-#include "platform/widgets/DBGrid.h"
-#include <QLocale>
-#include <QMetaObject>
-#include <stdexcept>
 #include "host/HostImpl.h"
+#include "host/TableStatements.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/DataSource.h"
 #include "platform/db/Query.h"
 #include "platform/widgets/CalcEdit.h"
+#include "platform/widgets/DBGrid.h"
 #include "platform/widgets/DateEdit.h"
 #include <QAbstractButton>
 #include <QComboBox>
@@ -26,6 +23,8 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLocale>
+#include <QMetaObject>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
@@ -33,6 +32,7 @@
 #include <QTableWidget>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <stdexcept>
 
 namespace workbench {
 
@@ -222,7 +222,8 @@ void FilterPanelForm::prepare() {
         }
         if (!f) continue;
         filters_.push_back({&def, f});
-        if (!def.description.isEmpty()) frames::FormLoader::applyDescription(f, def.description, def.className);
+        if (!def.description.isEmpty())
+            frames::FormLoader::applyDescription(f, def.description, def.className);
         hosted_->open(f);
         followChanges(f);
     }
@@ -287,7 +288,8 @@ QString FilterPanelForm::condition(const Filter& f) const {
         // The box's condition goes in last and once: a user's text in it is never taken for a
         // placeholder.
         const qsizetype at = def.sqlTemplate.indexOf(QLatin1String("%SQL%"));
-        return def.sqlTemplate.left(at) + QLatin1Char('(') + sql + QLatin1Char(')') + def.sqlTemplate.mid(at + 5);
+        return def.sqlTemplate.left(at) + QLatin1Char('(') + sql + QLatin1Char(')') +
+               def.sqlTemplate.mid(at + 5);
     }
     QDate first, last;
     if (!periodDates(f.frame, first, last) || f.frame->IsEmpty()) return {};

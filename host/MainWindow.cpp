@@ -155,6 +155,19 @@ MainWindow::MainWindow(HostImpl* host, const frames::Registry* registry, QWidget
                     [this] { openCrmForm(QStringLiteral("TFirmCharacter_Frame")); });
     docs->addAction(QStringLiteral("&События компаний…"), this,
                     [this] { openCrmForm(QStringLiteral("TEventCharacter_Frame")); });
+    QMenu* reports = menuBar()->addMenu(QStringLiteral("&Отчёты"));
+    reports
+        ->addAction(QStringLiteral("&Продажи…"), this,
+                    [this] {
+                        auto* form = new FilterPanelForm(host_, salesReport(), this);
+                        form->setAttribute(Qt::WA_DeleteOnClose);
+                        if (!frames::guard([form] { form->prepare(); })) {
+                            delete form;
+                            return;
+                        }
+                        form->show();
+                    })
+        ->setObjectName(QStringLiteral("actSalesReport"));
     QToolBar* tb = addToolBar(QStringLiteral("Главная"));
     tb->setObjectName(QStringLiteral("tbMain"));
     tb->addAction(cards);

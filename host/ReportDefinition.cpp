@@ -34,7 +34,8 @@ ReportFilter filterOf(const QJsonObject& e) {
         f.description.insert(QStringLiteral("components"), e.value(QStringLiteral("components")));
     if (f.className.isEmpty()) throw std::logic_error("reports.json: a filter without a class");
     if (!f.sqlTemplate.isEmpty() && !f.sqlTemplate.contains(QLatin1String("%SQL%")))
-        throw std::logic_error("reports.json: the template of " + f.className.toStdString() + " has no %SQL%");
+        throw std::logic_error("reports.json: the template of " + f.className.toStdString() +
+                               " has no %SQL%");
     return f;
 }
 
@@ -45,7 +46,8 @@ ReportDefinition reportOf(const QJsonObject& e) {
     r.from = text(e.value(QStringLiteral("from")));
     const QJsonObject totals = e.value(QStringLiteral("totals")).toObject();
     r.totalsSql = text(totals.value(QStringLiteral("sql")));
-    for (const QJsonValue& t : totals.value(QStringLiteral("titles")).toArray()) r.totalTitles << t.toString();
+    for (const QJsonValue& t : totals.value(QStringLiteral("titles")).toArray())
+        r.totalTitles << t.toString();
     const QJsonObject rows = e.value(QStringLiteral("rows")).toObject();
     r.rowsSql = text(rows.value(QStringLiteral("sql")));
     for (const QJsonValue& c : rows.value(QStringLiteral("columns")).toArray()) {
@@ -53,7 +55,8 @@ ReportDefinition reportOf(const QJsonObject& e) {
         r.rowColumns.append({a.at(0).toString(), a.at(1).toString(), a.at(2).toInt(100)});
     }
     r.chartSql = text(e.value(QStringLiteral("chart")));
-    for (const QJsonValue& f : e.value(QStringLiteral("filters")).toArray()) r.filters.append(filterOf(f.toObject()));
+    for (const QJsonValue& f : e.value(QStringLiteral("filters")).toArray())
+        r.filters.append(filterOf(f.toObject()));
     if (r.name.isEmpty() || r.from.isEmpty() || r.totalsSql.isEmpty() || r.totalTitles.isEmpty())
         throw std::logic_error("reports.json: a report needs a name, from and totals with titles");
     return r;
