@@ -252,10 +252,10 @@ void TMultiAbs_LF::RestoreLayout(TConfigItem* node) {
         lcSelect->setKeyValue(node->ItemByName("lcSelect.KeyValue")->GetAsInteger());
     if (!pFIBDataSet1->active()) return;
     const db::AbstractDataSet::Bookmark mark = pFIBDataSet1->bookmark();
-    const QVariant comboKey = holdsValue(lcSelect->keyValue()) && !pFIBDataSet1->isEmpty()
-                                  ? pFIBDataSet1->fieldByName(lcSelect->lookupField())->value()
-                                  : QVariant(-1);
-    const qint64 own = keyOf(comboKey);
+    // The combo's own key, as the combo holds it: a key the list does not hold (the -1 of an
+    // empty choice) leaves the dataset on whatever row it was, whose key is not the combo's.
+    const QVariant comboKey = lcSelect->keyValue();
+    const qint64 own = holdsValue(comboKey) ? keyOf(comboKey) : -1;
     pFIBDataSet1->disableControls();
     mdList->disableControls();
     try {
