@@ -648,6 +648,7 @@ void TAbs_DF::DBTreeViewSelecting(int node) {
     dropCountCache();
     ReadMXCounts(node);
     UpdateDataSet();
+    emit NodeChoiceChanged(node);
 }
 
 void TAbs_DF::DBTreeViewMouseDown(int node, Qt::MouseButton button) {

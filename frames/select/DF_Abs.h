@@ -153,6 +153,10 @@ public:
     int MXCount = 0;
     int MXSelected = 0;
 
+signals:
+    // DBTreeViewSelecting chose or dropped every record under the node (emitted once it did).
+    void NodeChoiceChanged(int node);
+
 protected:
     virtual void trDataSetBeforeOpen(db::AbstractDataSet& dataSet);
     virtual void pfDataSetBeforeOpen(db::AbstractDataSet& dataSet);

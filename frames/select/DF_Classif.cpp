@@ -67,6 +67,12 @@ void TDFClassif::RefreshAClassif() {
     reopenUnlessShowing(ClassifType);
 }
 
+void TDFClassif::SetClassifType(int type) {
+    ClassifType = type;
+    setLookupValue(type);
+    if (pfDataSet->active()) reopenUnlessShowing(type);
+}
+
 void TDFClassif::lfAddClassiflcSelectChange(QObject* sender) {
     lfAddClassif->lcSelectChange(sender);
     const QVariant v = lfAddClassif->lcSelect->keyValue();

@@ -22,6 +22,10 @@ public:
 
     void SetUseAClassif(bool use);
     void RefreshAClassif();
+    // Makes type the classifier type in force: ClassifType and the key of the classifier-type
+    // lookup (without running the lookup's change handling); a tree already read is read again
+    // when it shows another type.
+    void SetClassifType(int type);
     // Runs the insert statement for one branch in the write transaction and commits; a failure
     // is rolled back and rethrown.
     virtual void DoXSelect(int id, const QString& statement);
