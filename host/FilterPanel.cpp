@@ -5,9 +5,11 @@
 #include "frames/core/Registry.h"
 #include "frames/core/RunParams.h"
 #include "frames/core/SetFilter_EF.h"
+#include "frames/core/Tyapi.h"
 #include "frames/core/TyapiDates.h"
 #include "frames/edit/EF_Period.h"
 #include "frames/edit/EF_PeriodExt.h"
+#include "frames/filter/FF_CardPermission.h"
 #include "frames/media/EF_ReportChart.h"
 #include "host/HostImpl.h"
 #include "host/TableStatements.h"
@@ -24,7 +26,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLocale>
-#include <QMetaObject>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
@@ -355,6 +356,10 @@ void FilterPanelForm::updateResults() {
 
 int FilterPanelForm::runQuery() {
     updateResults();
+    // Whatever happens next, the result of an earlier run is not shown as this one's.
+    lastCount_ = -1;
+    totals_.clear();
+    count_->setText(QString());
     for (const Filter& f : filters_) {
         auto* box = qobject_cast<frames::TSetFilter_EF*>(f.frame);
         if (box && box->Checked() && !box->IsCorrect()) {
@@ -364,17 +369,9 @@ int FilterPanelForm::runQuery() {
             return -1;
         }
     }
-    lastCount_ = -1;
-    totals_.clear();
-    count_->setText(QString());
     // A box that keeps its choice in the frame stores it on the server, where the statement
-    // reads it.
-    for (const Filter& f : filters_) {
-        auto* box = qobject_cast<frames::TSetFilter_EF*>(f.frame);
-        if (f.def->apply && box && box->Checked() &&
-            !QMetaObject::invokeMethod(box, "ApplyChange", Qt::DirectConnection))
-            throw std::logic_error(f.def->className.toStdString() + " has no ApplyChange");
-    }
+    // reads it; when it cannot, it has told the user why and nothing runs.
+    if (!applyChanges(true)) return -1;
     frames::db::Query q(host_->RvDatabase(), host_->pfReadTransaction());
     q.setSql(countSql());
     q.open();
@@ -414,11 +411,36 @@ void FilterPanelForm::focusFilter(const QString& className) {
     }
 }
 
+bool FilterPanelForm::applyChanges(bool checkedOnly) {
+    for (const Filter& f : filters_) {
+        auto* matrix = qobject_cast<frames::TCardPermission_FF*>(f.frame);
+        if (!f.def->apply || !matrix || (checkedOnly && !matrix->Checked())) continue;
+        if (matrix->Modified() && !matrix->ApplyChange()) return false;
+    }
+    return true;
+}
+
 void FilterPanelForm::closeFrames() {
     if (closed_) return;
     closed_ = true;
+    // What the user set in a matrix is kept, whether the report ran or not.
+    frames::guard([this] { applyChanges(false); });
+    // A box left off has no summary row: its presence would switch the box on next time.
+    std::vector<std::pair<QString, int>> off;
+    for (const Filter& f : filters_) {
+        auto* box = qobject_cast<frames::TSetFilter_EF*>(f.frame);
+        if (box && !f.def->summary.isEmpty() && !box->Checked()) {
+            const QVariant kind = box->property("Kind");
+            off.emplace_back(f.def->summary, kind.isValid() ? kind.toInt() : f.def->kind);
+        }
+    }
     hosted_->close();
     host_->saveLayout();
+    for (const auto& [table, kind] : off)
+        frames::guard([&] {
+            frames::QvSqlExec({QStringLiteral("delete from ") + table + QStringLiteral(" where ID_USER = "),
+                               frames::CUR_USER, QStringLiteral(" and KIND = "), kind});
+        });
 }
 
 void FilterPanelForm::done(int r) {

@@ -23,6 +23,7 @@ ReportFilter filterOf(const QJsonObject& e) {
     f.column = e.value(QStringLiteral("column")).toString();
     f.sqlTemplate = text(e.value(QStringLiteral("template")));
     f.selection = text(e.value(QStringLiteral("selection")));
+    f.summary = e.value(QStringLiteral("summary")).toString();
     f.none = e.value(QStringLiteral("none")).toString();
     f.kind = e.value(QStringLiteral("kind")).toInt(-1);
     f.wide = e.value(QStringLiteral("wide")).toBool();

@@ -17,6 +17,9 @@ struct ReportFilter {
     // A condition over the user's choice kept on the server (%USER%, %KIND%), taken when the box
     // is ticked; empty for the others.
     QString selection;
+    // The table of the box's summary row (its presence says the box is on; the box writes it when
+    // it saves its layout): the panel drops the row of a box left off.
+    QString summary;
     // Why the report cannot use the filter; empty for a filter that takes part.
     QString none;
     // The frame's Kind (-1: the frame has none set by the panel).
