@@ -89,6 +89,12 @@ UPDATE CLIENTS SET CITY_CLIENTS = 1
 UPDATE CLIENTS SET CITY_CLIENTS = 2
   WHERE CLIENT_TYPE = 0 AND CITY_CLIENTS IS NULL AND ADDRES_CLIENTS STARTING WITH 'Санкт-Петербург';
 
+/* Two CRM companies that buy from us had meetings and calls this year. */
+INSERT INTO FIRM_EVENT (FIRM, MANAGER, EVENT_DATE, EVENT_TYPE, NOTE)
+  VALUES (1, NULL, '2024-05-14', 2, 'Встреча об условиях оптовых поставок');
+INSERT INTO FIRM_EVENT (FIRM, MANAGER, EVENT_DATE, EVENT_TYPE, NOTE)
+  VALUES (2, NULL, '2024-06-03', 1, 'Звонок о повторном заказе');
+
 /* The documents. A linear congruential sequence from a fixed seed picks, for each document, its
    day of 2024, its storage place (and with it the branch and, where the place has them, a
    section), whether it is a cash receipt to a retail buyer (most are) or a shipment to a

@@ -4,6 +4,7 @@
 #include "frames/filter/FF_CardPermission.h"
 #include "frames/filter/FF_Group.h"
 #include "frames/filter/FF_Manager.h"
+#include "frames/filter/FF_Multi.h"
 #include "host/FilterPanel.h"
 #include "host/ReportDefinition.h"
 #include "platform/db/DataSet.h"
@@ -196,6 +197,47 @@ TEST_F(SalesReport, EachBoxNarrowsTheReportAsAnIndependentQueryDoes) {
                   .toInt(),
               1);
     matrix->SetChecked(false);
+}
+
+// Every list box that the report maps has a key that narrows the report without emptying it:
+// the demo sales are rich enough for each of them to matter, and each mapping prepares and runs.
+// The boxes the report has no relation to change nothing.
+TEST_F(SalesReport, EveryMappedListBoxChangesTheResult) {
+    FilterPanelForm panel(wb.get(), workbench::salesReport());
+    panel.prepare();
+    switchOffAll(panel);
+    const int all = scalar(panel.countSql()).toInt();
+    ASSERT_EQ(all, 400);
+    QList<int> keys;
+    for (int k = 1; k <= 70; ++k) keys << k;
+    keys << 101 << 102 << 103 << 201 << 301 << 401 << 1001 << 1002 << 1003 << 1004;
+    QStringList unchanged, changedButUnmapped;
+    int mapped = 0;
+    for (const auto& f : panel.filters()) {
+        auto* list = qobject_cast<TMultiFilter_FF*>(f.frame);
+        if (!list) continue;
+        bool narrows = false;
+        for (int key : keys) {
+            list->Clear();
+            list->AddText(QString::number(key));
+            if (list->KnownItemsList().isEmpty()) continue;
+            list->SetChecked(true);
+            const int n = scalar(panel.countSql()).toInt();
+            if (n != all && !f.def->affectsReport()) changedButUnmapped << f.def->className;
+            if (n > 0 && n < all) {
+                narrows = true;
+                break;
+            }
+        }
+        list->Clear();
+        list->SetChecked(false); // some boxes keep their content on Clear
+        if (!f.def->affectsReport()) continue;
+        ++mapped;
+        if (!narrows) unchanged << f.def->className;
+    }
+    EXPECT_EQ(mapped, 38);
+    EXPECT_TRUE(unchanged.isEmpty()) << unchanged.join(", ").toStdString();
+    EXPECT_TRUE(changedButUnmapped.isEmpty()) << changedButUnmapped.join(", ").toStdString();
 }
 
 // A wrong group text stops the run with a message: nothing runs, the last result is not shown
