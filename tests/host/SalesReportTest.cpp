@@ -1,3 +1,4 @@
+#include "frames/core/Registry.h"
 #include "frames/core/RunParams.h"
 #include "frames/core/SetFilter_EF.h"
 #include "frames/edit/EF_PeriodExt.h"
@@ -6,6 +7,7 @@
 #include "frames/filter/FF_Manager.h"
 #include "frames/filter/FF_Multi.h"
 #include "host/FilterPanel.h"
+#include "host/MainWindow.h"
 #include "host/ReportDefinition.h"
 #include "platform/db/DataSet.h"
 #include "platform/db/MemTable.h"
@@ -13,6 +15,7 @@
 #include "platform/widgets/DateEdit.h"
 #include "platform/widgets/HistoryCombo.h"
 #include "tests/host/WorkbenchFixture.h"
+#include <QAction>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -325,6 +328,29 @@ TEST_F(SalesReport, PanelAndChoicesComeBackAfterARestart) {
                                          "c.ID_COUNTRY = 1 and d.CLIENT_INDEX = 21")
                                     .docs);
     panel.reject();
+}
+
+} // namespace frames::test
+
+namespace frames::test {
+
+// The report opens from the "Отчёты" menu, and a filter box shown in the frame browser opens on
+// it, in view.
+TEST_F(SalesReport, OpensFromTheMenuAndFromTheFrameBrowser) {
+    workbench::MainWindow window(wb.get(), &Registry::instance());
+    auto* action = window.findChild<QAction*>("actSalesReport");
+    ASSERT_NE(action, nullptr);
+    action->trigger();
+    auto* panel = window.findChild<FilterPanelForm*>("SalesReport");
+    ASSERT_NE(panel, nullptr);
+    EXPECT_TRUE(panel->isVisible());
+    EXPECT_EQ(panel->filters().size(), size_t(workbench::salesReport().filters.size()));
+
+    EXPECT_TRUE(window.hasHostForm("TCountry_FF"));
+    ASSERT_NE(window.showFrame("TCountry_FF"), nullptr);
+    window.findChild<QPushButton*>("btBound")->click();
+    EXPECT_EQ(window.findChildren<FilterPanelForm*>("SalesReport").size(), 1);
+    window.close();
 }
 
 } // namespace frames::test
