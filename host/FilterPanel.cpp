@@ -130,6 +130,8 @@ void FilterPanelForm::build() {
         chart_->setObjectName(QStringLiteral("TReportChart_EF"));
         output->addWidget(chart_);
     }
+    // The rows, when the report has them, get the larger part.
+    if (rowsGrid_ && chart_) output->setSizes({700, 400});
     split->addWidget(output);
     split->setStretchFactor(0, 3);
     split->setStretchFactor(1, 1);
