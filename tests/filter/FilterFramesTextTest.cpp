@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QTest>
 #include <QVBoxLayout>
 #include <gtest/gtest.h>
@@ -58,6 +59,14 @@ TEST_F(TextFilters, PatternConditionQuotesStarsBlanksAndCyrillic) {
 
     f->Clear();
     EXPECT_EQ(f->ItemsCount(), 3);
+    EXPECT_TRUE(f->cbSet->isChecked());
+
+    // Taking a pattern out of the list ticks the box too.
+    QListWidget* list = f->MultiEditComboBox_EF->ListBox;
+    f->cbSet->setChecked(false);
+    list->setCurrentRow(2);
+    QTest::keyClick(list, Qt::Key_Delete);
+    EXPECT_EQ(f->ItemsCount(), 2);
     EXPECT_TRUE(f->cbSet->isChecked());
 
     TConfigItem layout("TEdit_FF");
