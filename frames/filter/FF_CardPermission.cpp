@@ -135,6 +135,11 @@ void TCardPermission_FF::AfterConstruction() {
     }
 }
 
+void TCardPermission_FF::SaveLayout(TConfigItem* node) {
+    TSetFilter_EF::SaveLayout(node);
+    if (modified_) ApplyChange();
+}
+
 void TCardPermission_FF::BuildSQL() {
     pfDataSet->close();
     QStringList columns{QStringLiteral("name")};
@@ -188,6 +193,26 @@ void TCardPermission_FF::CopyDataSets() {
     mdDataSet->enableControls();
     mdDataSet->first();
     modified_ = false;
+    fitColumns();
+}
+
+void TCardPermission_FF::fitColumns() {
+    const QFontMetrics header(DBGrid->horizontalHeader()->font());
+    const QFontMetrics cells(DBGrid->font());
+    const int name = DBGrid->columnOfField(QStringLiteral("NAME"));
+    ui::DataSetModel* model = DBGrid->dataModel();
+    for (int c = 0; c < model->columnCount(); ++c) {
+        // A group's column is as wide as its own (lower) title; the names as their longest.
+        const QString title = model->caption(c).section(QLatin1Char('|'), -1);
+        int width = header.horizontalAdvance(title) + 16;
+        if (c == name) {
+            const int field = model->fieldIndex(c);
+            for (int r = 0; r < mdDataSet->recordCount(); ++r)
+                width = qMax(width, cells.horizontalAdvance(mdDataSet->valueAt(r, field).toString()) + 12);
+            width = qMin(width, 320);
+        }
+        DBGrid->setColumnWidth(c, qMax(width, 48));
+    }
 }
 
 QString TCardPermission_FF::currentFieldName() const {
@@ -197,7 +222,7 @@ QString TCardPermission_FF::currentFieldName() const {
 }
 
 void TCardPermission_FF::toggleCurrent() {
-    if (!mdDataSet->active() || mdDataSet->isEmpty()) return;
+    if (GetReadOnly() || !mdDataSet->active() || mdDataSet->isEmpty()) return;
     const QString name = currentFieldName();
     if (name.isEmpty()) return;
     db::Field* f = mdDataSet->fieldByName(name);

@@ -24,6 +24,9 @@ public:
     ~TCardPermission_FF() override;
 
     void AfterConstruction() override;
+    // The host form closes: toggles not stored yet are stored now, so that the box comes back
+    // as the user left it.
+    void SaveLayout(TConfigItem* node) override;
 
     // Builds the matrix statement and the grid's columns from the groups in use now.
     void BuildSQL();
@@ -53,6 +56,8 @@ private:
     // Toggles the current cell of the grid between 1 and 0 (anything but 1 becomes 1).
     void toggleCurrent();
     QString currentFieldName() const;
+    // Widths that show every title and pattern name.
+    void fitColumns();
     bool modified_ = false;
 };
 

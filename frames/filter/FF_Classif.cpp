@@ -52,19 +52,58 @@ FirstRow ReadFirst(const QVariantList& selectSql, const QString& operation) {
 
 } // namespace filter_summary
 
+// ---------------------------------------------------------------- TDialogFilter_FF
+
+TDialogFilter_FF::TDialogFilter_FF(QWidget* parent) : TSetFilter_EF(parent) {}
+
+TAbsEditFrame* TDialogFilter_FF::createDialog(const QString& className, const QString& name) {
+    dialog_ = Registry::instance().create(className, content());
+    dialog_->setObjectName(name);
+    contentLayout()->addWidget(dialog_, 1);
+    return dialog_;
+}
+
+void TDialogFilter_FF::Init() {
+    TSetFilter_EF::Init();
+    dialog_->Init();
+}
+
+void TDialogFilter_FF::DataRefresh() {
+    TSetFilter_EF::DataRefresh();
+    dialog_->DataRefresh();
+}
+
+void TDialogFilter_FF::SetReadOnly(bool value) {
+    TSetFilter_EF::SetReadOnly(value);
+    dialog_->SetReadOnly(value);
+}
+
+void TDialogFilter_FF::FormClose() {
+    dialog_->FormClose();
+    TSetFilter_EF::FormClose();
+}
+
+void TDialogFilter_FF::RestoreLayout(TConfigItem* node) {
+    TSetFilter_EF::RestoreLayout(node);
+    if (node && node->IsExists(dialog_->objectName()))
+        dialog_->RestoreLayout(node->ItemByName(dialog_->objectName()));
+}
+
+void TDialogFilter_FF::SaveLayout(TConfigItem* node) {
+    TSetFilter_EF::SaveLayout(node);
+    if (node) dialog_->SaveLayout(node->ItemByName(dialog_->objectName()));
+}
+
 // ---------------------------------------------------------------- TClassif_FF
 
 namespace {
 const char* const kClassifType = "DF_Classif.ClassifType";
-const char* const kDialogNode = "DF_Classif";
 } // namespace
 
-TClassif_FF::TClassif_FF(QWidget* parent) : TSetFilter_EF(parent) {
+TClassif_FF::TClassif_FF(QWidget* parent) : TDialogFilter_FF(parent) {
     resize(360, 420);
     DF_Classif =
-        qobject_cast<TDFClassif*>(Registry::instance().create(QStringLiteral("TDFClassif"), content()));
-    DF_Classif->setObjectName("DF_Classif");
-    contentLayout()->addWidget(DF_Classif, 1);
+        qobject_cast<TDFClassif*>(createDialog(QStringLiteral("TDFClassif"), QStringLiteral("DF_Classif")));
     connect(DF_Classif, &ClassifChoiceFrame::SelectionChanged, this,
             [this] { guard([&] { DF_ClassifpfUpdateAfterExecute(); }); });
     // Installed after the dialog's own filter, so that this one sees the press first.
@@ -72,26 +111,6 @@ TClassif_FF::TClassif_FF(QWidget* parent) : TSetFilter_EF(parent) {
 }
 
 TClassif_FF::~TClassif_FF() = default;
-
-void TClassif_FF::Init() {
-    TSetFilter_EF::Init();
-    DF_Classif->Init();
-}
-
-void TClassif_FF::DataRefresh() {
-    TSetFilter_EF::DataRefresh();
-    DF_Classif->DataRefresh();
-}
-
-void TClassif_FF::SetReadOnly(bool value) {
-    TSetFilter_EF::SetReadOnly(value);
-    DF_Classif->SetReadOnly(value);
-}
-
-void TClassif_FF::FormClose() {
-    DF_Classif->FormClose();
-    TSetFilter_EF::FormClose();
-}
 
 void TClassif_FF::SetKind(int kind) {
     if (DF_Classif->Kind == kind) return;
@@ -104,14 +123,11 @@ int TClassif_FF::GetKind() const {
 }
 
 void TClassif_FF::SaveLayout(TConfigItem* node) {
-    TSetFilter_EF::SaveLayout(node);
+    TDialogFilter_FF::SaveLayout(node);
     const int user = CUR_USER;
     const int kind = GetKind();
     const int type = DF_Classif->ClassifType;
-    if (node) {
-        node->ItemByName(kClassifType)->SetAsInteger(type);
-        DF_Classif->SaveLayout(node->ItemByName(kDialogNode));
-    }
+    if (node) node->ItemByName(kClassifType)->SetAsInteger(type);
     filter_summary::Replace(
         {"delete from sel_classif_filter where id_user=", user, " and kind=", kind},
         {"insert into sel_classif_filter (id_user,kind,classif_type,itemcount)", "  select id_user,", kind,
@@ -123,10 +139,9 @@ void TClassif_FF::SaveLayout(TConfigItem* node) {
 }
 
 void TClassif_FF::RestoreLayout(TConfigItem* node) {
-    TSetFilter_EF::RestoreLayout(node);
+    TDialogFilter_FF::RestoreLayout(node);
     const int user = CUR_USER;
     const int kind = GetKind();
-    if (node && node->IsExists(kDialogNode)) DF_Classif->RestoreLayout(node->ItemByName(kDialogNode));
     const QString reading = QStringLiteral("Не удалось прочитать фильтр по классификатору");
     const filter_summary::FirstRow exists = filter_summary::ReadFirst(
         {"select 1 from sel_classif_filter where id_user=", user, " and kind=", kind, " rows 1"}, reading);
@@ -163,7 +178,7 @@ bool TClassif_FF::eventFilter(QObject* watched, QEvent* event) {
             return true; // handled here: the dialog's own filter must not toggle the node again
         }
     }
-    return TSetFilter_EF::eventFilter(watched, event);
+    return TDialogFilter_FF::eventFilter(watched, event);
 }
 
 FRAMES_REGISTER(TClassif_FF, "filter");

@@ -24,24 +24,42 @@ struct FirstRow {
 FirstRow ReadFirst(const QVariantList& selectSql, const QString& operation);
 } // namespace filter_summary
 
-// The classifier filter box: the classifier tree dialog DF_Classif inside, whose choice of
-// branches lives in sel_classif for the current user and the box's kind. On closing the box
-// writes its summary row into sel_classif_filter (classifier type and the summed item count of
-// the chosen branches); on opening it is switched on exactly when that row exists, and the
-// dialog takes the row's classifier type. Every choice made in the dialog switches the box on.
-class TClassif_FF : public TSetFilter_EF {
+// A filter box around a selection dialog whose choice lives on the server (the classifier and
+// the client boxes): the contract's steps go on to the dialog, and the dialog's own layout (its
+// current node, splitters, grids) is kept under the dialog's name in the box's node.
+class TDialogFilter_FF : public TSetFilter_EF {
     Q_OBJECT
-    Q_PROPERTY(int Kind READ GetKind WRITE SetKind)
 public:
-    explicit TClassif_FF(QWidget* parent = nullptr);
-    ~TClassif_FF() override;
-
     void Init() override;
     void DataRefresh() override;
     void RestoreLayout(TConfigItem* node) override;
     void SaveLayout(TConfigItem* node) override;
     void FormClose() override;
     void SetReadOnly(bool value) override;
+
+protected:
+    explicit TDialogFilter_FF(QWidget* parent = nullptr);
+    // Creates the inline dialog of that class, named name, filling the box.
+    TAbsEditFrame* createDialog(const QString& className, const QString& name);
+
+private:
+    TAbsEditFrame* dialog_ = nullptr;
+};
+
+// The classifier filter box: the classifier tree dialog DF_Classif inside, whose choice of
+// branches lives in sel_classif for the current user and the box's kind. On closing the box
+// writes its summary row into sel_classif_filter (classifier type and the summed item count of
+// the chosen branches); on opening it is switched on exactly when that row exists, and the
+// dialog takes the row's classifier type. Every choice made in the dialog switches the box on.
+class TClassif_FF : public TDialogFilter_FF {
+    Q_OBJECT
+    Q_PROPERTY(int Kind READ GetKind WRITE SetKind)
+public:
+    explicit TClassif_FF(QWidget* parent = nullptr);
+    ~TClassif_FF() override;
+
+    void RestoreLayout(TConfigItem* node) override;
+    void SaveLayout(TConfigItem* node) override;
 
     // The kind lives in the dialog; a dialog already showing its tree reads it again.
     void SetKind(int kind);

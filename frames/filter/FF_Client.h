@@ -1,5 +1,5 @@
 #pragma once
-#include "frames/core/SetFilter_EF.h"
+#include "frames/filter/FF_Classif.h"
 
 namespace frames {
 
@@ -10,19 +10,15 @@ class TClientSelect_DF;
 // writes its summary row into sel_client_filter (the count of chosen legal entities); on opening
 // it is switched on exactly when that row exists. Moving clients between the dialog's grids and
 // choosing or dropping a whole tree node switch the box on.
-class TClient_FF : public TSetFilter_EF {
+class TClient_FF : public TDialogFilter_FF {
     Q_OBJECT
     Q_PROPERTY(int Kind READ GetKind WRITE SetKind)
 public:
     explicit TClient_FF(QWidget* parent = nullptr);
     ~TClient_FF() override;
 
-    void Init() override;
-    void DataRefresh() override;
     void RestoreLayout(TConfigItem* node) override;
     void SaveLayout(TConfigItem* node) override;
-    void FormClose() override;
-    void SetReadOnly(bool value) override;
 
     // The kind lives in the dialog; a dialog already open reads its grids again.
     void SetKind(int kind);

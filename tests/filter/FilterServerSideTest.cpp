@@ -9,6 +9,8 @@
 #include "frames/select/DF_Classif.h"
 #include "frames/select/DF_SuperPlaceSelect.h"
 #include "platform/db/MemTable.h"
+#include "platform/db/Query.h"
+#include "platform/db/Transaction.h"
 #include "platform/widgets/DBGrid.h"
 #include "platform/widgets/DataSetModel.h"
 #include "tests/support/DbFixture.h"
@@ -377,9 +379,57 @@ TEST_F(FilterServerSide, PermissionMatrixBuildToggleAndApply) {
                   .toInt(),
               1);
 
-    // A frame built afterwards shows what was stored.
+    // A frame built afterwards shows what was stored; toggles left unstored when its form closes
+    // are stored then.
     auto* after = make<TCardPermission_FF>("TCardPermission_FF");
     EXPECT_EQ(cell(after, rowOf(after, 3), "P_9"), 1);
     EXPECT_EQ(cell(after, rowOf(after, 1), "P_7"), 0);
+    focusCell(after, rowOf(after, 4), "P_7");
+    after->DBGridKeyDown(32);
+    TConfigItem node("TCardPermission_FF");
+    after->SaveLayout(&node);
+    EXPECT_EQ(stored(7, 4), 1);
+    EXPECT_FALSE(after->Modified());
     EXPECT_TRUE(host->errors().isEmpty()) << host->errors().join("\n").toStdString();
+}
+
+// A summary row that another connection holds: saving fails at once, says in Russian what failed
+// and why, writes the statement to the trace log, and leaves the row as it was (the delete is
+// not committed on its own).
+TEST_F(FilterServerSide, ASummaryRowThatIsHeldElsewhereIsReportedAndKept) {
+    auto* f = make<TClient_FF>("TClient_FF");
+    f->SetKind(1); // the administrator's demo row
+    f->Init();
+    const QList<int> before = summary("sel_client_filter", 1);
+    ASSERT_EQ(before.size(), 3);
+    ASSERT_TRUE(f->ClientSelect_DF->DBTreeView->setCurrentKey(430));
+    f->ClientSelect_DF->TransferRecDown(); // the count changes: the row would be rewritten
+
+    auto other = secondConnection();
+    db::Transaction holder(other.get(), db::TransactionOptions::writeNoWait());
+    holder.start();
+    db::Query hold(other.get(), &holder);
+    hold.setSql(
+        QStringLiteral("update sel_client_filter set itemcount = itemcount where id_user=%1 and kind=1")
+            .arg(CUR_USER));
+    hold.exec();
+
+    TConfigItem node("TClient_FF");
+    f->SaveLayout(&node);
+    holder.rollback();
+    ASSERT_EQ(host->errors().size(), 1);
+    EXPECT_TRUE(
+        host->errors().first().startsWith(QStringLiteral("Не удалось сохранить фильтр по контрагентам: ")))
+        << host->errors().first().toStdString();
+    EXPECT_TRUE(host->errors().first().contains(QStringLiteral("другим пользователем")))
+        << host->errors().first().toStdString();
+    EXPECT_TRUE(host->trace.join('\n').contains(QStringLiteral("sel_client_filter"), Qt::CaseInsensitive))
+        << host->trace.join('\n').toStdString();
+    EXPECT_EQ(summary("sel_client_filter", 1), before);
+
+    // Once the other connection is done, the next save goes through.
+    host->messages.clear();
+    f->SaveLayout(&node);
+    EXPECT_TRUE(host->errors().isEmpty()) << host->errors().join("\n").toStdString();
+    EXPECT_EQ(summary("sel_client_filter", 1).value(2), before.value(2) + 1);
 }
