@@ -373,7 +373,7 @@ int FilterPanelForm::runQuery() {
     }
     // A box that keeps its choice in the frame stores it on the server, where the statement
     // reads it; when it cannot, it has told the user why and nothing runs.
-    if (!applyChanges(true)) return -1;
+    if (!applyChanges()) return -1;
     frames::db::Query q(host_->RvDatabase(), host_->pfReadTransaction());
     q.setSql(countSql());
     q.open();
@@ -413,10 +413,10 @@ void FilterPanelForm::focusFilter(const QString& className) {
     }
 }
 
-bool FilterPanelForm::applyChanges(bool checkedOnly) {
+bool FilterPanelForm::applyChanges() {
     for (const Filter& f : filters_) {
         auto* matrix = qobject_cast<frames::TCardPermission_FF*>(f.frame);
-        if (!f.def->apply || !matrix || (checkedOnly && !matrix->Checked())) continue;
+        if (!f.def->apply || !matrix || !matrix->Checked()) continue;
         if (matrix->Modified() && !matrix->ApplyChange()) return false;
     }
     return true;
@@ -425,8 +425,6 @@ bool FilterPanelForm::applyChanges(bool checkedOnly) {
 void FilterPanelForm::closeFrames() {
     if (closed_) return;
     closed_ = true;
-    // What the user set in a matrix is kept, whether the report ran or not.
-    frames::guard([this] { applyChanges(false); });
     // A box left off has no summary row: its presence would switch the box on next time.
     std::vector<std::pair<QString, int>> off;
     for (const Filter& f : filters_) {

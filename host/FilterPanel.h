@@ -94,9 +94,9 @@ private:
     frames::TConfigItem* layoutNode(const QString& name) const;
     void build();
     void closeFrames();
-    // Stores the matrices of the boxes that keep their choice in the frame (of the ticked boxes
-    // only, or of all); false when one could not be stored (the user was told).
-    bool applyChanges(bool checkedOnly);
+    // Stores the matrices of the ticked boxes that keep their choice in the frame until then (on
+    // closing they store it themselves); false when one could not be stored (the user was told).
+    bool applyChanges();
     void followChanges(frames::TAbsEditFrame* f);
     void scheduleUpdate();
     QWidget* boxOf(const ReportFilter& def, frames::TAbsEditFrame* f);
