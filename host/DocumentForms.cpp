@@ -68,20 +68,6 @@ const char* const kEditors = R"([
     "components": { "pfImageKind": { "SelectSQL": ["select ID, NAME from IMAGE_KINDS order by ID"] } } }
 ])";
 
-// The filter panel's frames and the columns they filter.
-const char* const kFilters = R"([
-  { "class": "TSetDate_EF", "column": "DOC_DATE",
-    "components": { "GroupBox": { "title": " Дата документа " } } },
-  { "class": "TSetPeriod_EF", "column": "CREATED",
-    "components": { "GroupBox": { "title": " Создан " } } },
-  { "class": "TSetDouble_EF", "column": "AMOUNT",
-    "components": { "GroupBox": { "title": " Сумма " } } },
-  { "class": "TPeriodExt_EF", "column": "DOC_DATE" },
-  { "class": "TPeriod_EF", "column": "DOC_DATE" },
-  { "class": "TPeriodFix_EF", "column": "CREATED" },
-  { "class": "TCRMPeriodFix_EF", "column": "DOC_DATE" }
-])";
-
 QJsonArray parsed(const char* text, const char* what) {
     QJsonParseError err;
     const QJsonDocument doc = QJsonDocument::fromJson(QByteArray(text), &err);
@@ -147,22 +133,11 @@ bool editsDocuments(const QString& className) {
 }
 
 const QList<DocumentFilter>& documentFilters() {
-    static const QList<DocumentFilter> filters = [] {
-        QList<DocumentFilter> out;
-        for (const QJsonValue& v : parsed(kFilters, "document filters")) {
-            const QJsonObject e = v.toObject();
-            out.append(DocumentFilter{e.value(QStringLiteral("class")).toString(),
-                                      e.value(QStringLiteral("column")).toString(), descriptionOf(e)});
-        }
-        return out;
-    }();
-    return filters;
+    return paymentReport().filters;
 }
 
 const DocumentFilter* findDocumentFilter(const QString& className) {
-    for (const DocumentFilter& f : documentFilters())
-        if (f.className == className) return &f;
-    return nullptr;
+    return paymentReport().findFilter(className);
 }
 
 RecordListForm* makeDocumentList(HostImpl* host, QWidget* parent) {

@@ -1,5 +1,6 @@
 #pragma once
 #include "host/FrameHostForms.h"
+#include "host/ReportDefinition.h"
 #include <QList>
 #include <QString>
 
@@ -17,13 +18,8 @@ const QList<EditorSlot>& documentEditors();
 // Whether the documents' edit dialog shows a frame of that class.
 bool editsDocuments(const QString& className);
 
-// A filter of the filter panel: its frame class, the column of PAYMENT_DOC it filters, and a
-// description applied before Init (the box's caption).
-struct DocumentFilter {
-    QString className;
-    QString column;
-    QJsonObject description;
-};
+// The filters of the payment documents' filter panel, each on the column of PAYMENT_DOC it filters.
+using DocumentFilter = ReportFilter;
 const QList<DocumentFilter>& documentFilters();
 const DocumentFilter* findDocumentFilter(const QString& className);
 

@@ -157,6 +157,9 @@ MainWindow::MainWindow(HostImpl* host, const frames::Registry* registry, QWidget
                     [this] { openCrmForm(QStringLiteral("TFirmCharacter_Frame")); });
     docs->addAction(QStringLiteral("&События компаний…"), this,
                     [this] { openCrmForm(QStringLiteral("TEventCharacter_Frame")); });
+    QMenu* reports = menuBar()->addMenu(QStringLiteral("&Отчёты"));
+    reports->addAction(QStringLiteral("&Продажи…"), this, [this] { openSalesReport(); })
+        ->setObjectName(QStringLiteral("actSalesReport"));
     QToolBar* tb = addToolBar(QStringLiteral("Главная"));
     tb->setObjectName(QStringLiteral("tbMain"));
     tb->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
@@ -328,6 +331,7 @@ bool MainWindow::hasHostForm(const QString& className) const {
         className == QLatin1String("TClientSelect_DF"))
         return true;
     if (className == QLatin1String("TfrAddress")) return true; // on the client's card
+    if (c->family == QLatin1String("filter")) return salesReport().findFilter(className) != nullptr;
     if (c->family == QLatin1String("crm")) return className != QLatin1String("TUserFirmCharacter_Frame");
     if (c->family == QLatin1String("medit")) return documentMassEdit().findByFrame(className) != nullptr;
     return (c->family == QLatin1String("edit") || c->family == QLatin1String("media")) &&
@@ -341,6 +345,8 @@ void MainWindow::openHostOfFrame(const QString& className) {
         openOnEditDialog(className);
     else if (findDocumentFilter(className))
         openFilterPanel(className);
+    else if (c->family == QLatin1String("filter") && salesReport().findFilter(className))
+        openSalesReport(className);
     else if (className == QLatin1String("TReportChart_EF"))
         openFilterPanel(); // the chart of the report's result, under the filters
     else if (className == QLatin1String("TfrAddress"))
@@ -443,6 +449,23 @@ FilterPanelForm* MainWindow::openFilterPanel(const QString& focusClass) {
     return filterPanel_;
 }
 
+FilterPanelForm* MainWindow::openSalesReport(const QString& focusClass) {
+    if (!salesReport_) {
+        auto* form = new FilterPanelForm(host_, salesReport(), this);
+        form->setAttribute(Qt::WA_DeleteOnClose);
+        if (!frames::guard([&] { form->prepare(); })) {
+            delete form;
+            return nullptr;
+        }
+        salesReport_ = form;
+    }
+    salesReport_->show();
+    salesReport_->raise();
+    salesReport_->activateWindow();
+    if (!focusClass.isEmpty()) salesReport_->focusFilter(focusClass);
+    return salesReport_;
+}
+
 void MainWindow::openReferenceForm(const QString& formName) {
     frames::guard([&] {
         frames::TRunParams params;
@@ -486,6 +509,7 @@ void MainWindow::closeEvent(QCloseEvent* e) {
     if (documentList_) documentList_->close();
     if (clientList_) clientList_->close();
     if (filterPanel_) filterPanel_->close();
+    if (salesReport_) salesReport_->close();
     closeFrame();
     host_->saveLayout();
     QMainWindow::closeEvent(e);

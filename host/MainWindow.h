@@ -53,6 +53,8 @@ public:
     MassEditDialog* openMassEdit(const QString& frameClass);
     // The filter panel, with the frame of that class in view.
     FilterPanelForm* openFilterPanel(const QString& focusClass = {});
+    // The sales report, its frame of that class (a filter box of the report) in view.
+    FilterPanelForm* openSalesReport(const QString& focusClass = {});
     // What "На форме редактирования…" opens for the frame shown: the record list of a lookup,
     // the documents for a value editor, the filter panel for a filter, the mass-edit dialog over
     // the documents for a mass-edit frame; nothing for the others.
@@ -96,6 +98,7 @@ private:
     QPointer<RecordListForm> documentList_;
     QPointer<RecordListForm> clientList_;
     QPointer<FilterPanelForm> filterPanel_;
+    QPointer<FilterPanelForm> salesReport_;
 };
 
 } // namespace workbench

@@ -23,6 +23,7 @@
 #include "host/MainWindow.h"
 #include "host/MassEdit.h"
 #include "host/ReferenceForms.h"
+#include "host/ReportDefinition.h"
 #include "host/ReportSettingsForm.h"
 #include "host/Usability.h"
 #include "platform/db/DataSet.h"
@@ -386,6 +387,30 @@ int writeScreenshots(HostImpl& host, const frames::Registry& registry, const QSt
                 period->deFirstDate->setDate(QDate(2024, 2, 1));
                 period->deLastDate->setDate(QDate(2024, 4, 30));
             }
+            panel.updateResults();
+            panel.runQuery();
+            panel.show();
+            if (savePicture(&panel, dir, shot.name, shot)) ++written;
+            panel.reject();
+        } catch (...) {
+            shot.error = frames::errorText(std::current_exception());
+        }
+        shots.push_back(shot);
+    }
+
+    {
+        Shot shot{QStringLiteral("SalesReport"), QStringLiteral("host forms"), {}, {}};
+        try {
+            FilterPanelForm panel(&host, salesReport());
+            // Its own layout node: the filters set here are not the user's.
+            panel.setObjectName(QStringLiteral("SalesReportScreenshot"));
+            panel.prepare();
+            if (auto* period =
+                    qobject_cast<frames::TPeriodExt_EF*>(panel.frame(QStringLiteral("TPeriodExt_EF")))) {
+                period->deFirstDate->setDate(QDate(2024, 3, 1));
+                period->deLastDate->setDate(QDate(2024, 3, 31));
+            }
+            panel.resize(1400, 1000);
             panel.updateResults();
             panel.runQuery();
             panel.show();

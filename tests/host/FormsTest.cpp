@@ -458,6 +458,7 @@ TEST(WorkbenchExe, WritesScreenshotsWithoutADisplay) {
     EXPECT_TRUE(r.out.contains(shots)) << r.out.toStdString();
     EXPECT_TRUE(QFile::exists(shots + "/EditDialog.png"));
     EXPECT_TRUE(QFile::exists(shots + "/TAlgoritm_LF.png"));
+    EXPECT_TRUE(QFile::exists(shots + "/SalesReport.png"));
     QFile index(shots + "/index.html");
     ASSERT_TRUE(index.open(QIODevice::ReadOnly));
     const QString html = QString::fromUtf8(index.readAll());
