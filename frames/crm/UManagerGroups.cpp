@@ -470,11 +470,17 @@ void TfrmManagerGroups::AddGroup(bool root) {
     if (!root && (!parent || NodeId(parent) < 0)) Abort();
     ExecuteSQL(Format(sNewGroup, {id, parent ? QString::number(NodeId(parent)) : QStringLiteral("null")}));
     building_ = true;
-    QTreeWidgetItem* n = addNode(parent, id, "Новая группа", false);
-    if (parent) {
-        parent->setExpanded(true);
-        updateImage(parent);
+    // Opening a closed parent reads its children again, the new group among them; an open one
+    // is not read again, and the new group is added by hand.
+    if (parent) parent->setExpanded(true);
+    QTreeWidgetItem* n = nullptr;
+    const int count = parent ? parent->childCount() : tvManagerGroups->topLevelItemCount();
+    for (int i = 0; i < count && !n; ++i) {
+        QTreeWidgetItem* c = parent ? parent->child(i) : tvManagerGroups->topLevelItem(i);
+        if (NodeId(c) == id) n = c;
     }
+    if (!n) n = addNode(parent, id, "Новая группа", false);
+    if (parent) updateImage(parent);
     building_ = false;
     tvManagerGroups->setCurrentItem(n);
     setState(n, -1);
