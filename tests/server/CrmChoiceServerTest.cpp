@@ -7,6 +7,7 @@
 #include "host/HostImpl.h"
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
+#include "tests/server/HostSessions.h"
 #include "tests/support/ServerFixture.h"
 
 namespace frames::test {
@@ -22,15 +23,9 @@ protected:
     }
     // A workbench session as that user; `use` makes it the frames' host and user again.
     workbench::HostImpl* session(const QString& login) {
-        workbench::HostImpl::Settings s;
-        s.profileRoot = profiles_.path();
-        s.userName = login;
-        s.password = fbserver::password(login);
-        s.interactive = false;
-        hosts_.push_back(std::make_unique<workbench::HostImpl>(s));
-        hosts_.back()->openDatabase(connectString());
-        users_[hosts_.back().get()] = CUR_USER;
-        return hosts_.back().get();
+        workbench::HostImpl* h = hosts_.open(login, connectString());
+        users_[h] = CUR_USER;
+        return h;
     }
     void use(workbench::HostImpl* h) {
         setHost(h);
@@ -42,10 +37,9 @@ protected:
         return qobject_cast<T*>(frames_.back().get());
     }
 
-    QTemporaryDir profiles_;
     QWidget top_;
     std::vector<std::unique_ptr<TAbsEditFrame>> frames_;
-    std::vector<std::unique_ptr<workbench::HostImpl>> hosts_;
+    HostSessions<> hosts_;
     QHash<const workbench::HostImpl*, int> users_;
 };
 

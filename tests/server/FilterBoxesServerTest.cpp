@@ -13,6 +13,7 @@
 #include "platform/db/MemTable.h"
 #include "platform/db/Query.h"
 #include "platform/widgets/DBGrid.h"
+#include "tests/server/HostSessions.h"
 #include "tests/support/ServerFixture.h"
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -40,17 +41,7 @@ protected:
             CUR_USER = user;
         }
     };
-    Session session(const QString& login) {
-        HostImpl::Settings s;
-        s.profileRoot = profiles_.path();
-        s.userName = login;
-        s.password = fbserver::password(login);
-        s.interactive = false;
-        hosts_.push_back(std::make_unique<HostImpl>(s));
-        hosts_.back()->openDatabase(connectString());
-        setHost(hosts_.back().get());
-        return {hosts_.back().get(), CUR_USER};
-    }
+    Session session(const QString& login) { return {hosts_.open(login, connectString()), CUR_USER}; }
     template <typename T> T* frame(const Session& s, const QString& cls) {
         s.act();
         tops_.push_back(std::make_unique<QWidget>());
@@ -88,9 +79,8 @@ protected:
     }
     static QString told(HostImpl* h) { return h->loggedMessages().join('\n'); }
 
-    QTemporaryDir profiles_;
     std::vector<std::unique_ptr<QWidget>> tops_;
-    std::vector<std::unique_ptr<HostImpl>> hosts_;
+    HostSessions<> hosts_;
 };
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "frames/lists/SF_Place.h"
 #include "host/HostImpl.h"
 #include "platform/db/Query.h"
+#include "tests/server/HostSessions.h"
 #include "tests/support/ServerFixture.h"
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -23,17 +24,7 @@ protected:
         hosts_.clear();
         ServerTest::TearDown();
     }
-    HostImpl* session(const QString& login) {
-        HostImpl::Settings s;
-        s.profileRoot = profiles_.path();
-        s.userName = login;
-        s.password = fbserver::password(login);
-        s.interactive = false;
-        hosts_.push_back(std::make_unique<HostImpl>(s));
-        hosts_.back()->openDatabase(connectString());
-        setHost(hosts_.back().get());
-        return hosts_.back().get();
-    }
+    HostImpl* session(const QString& login) { return hosts_.open(login, connectString()); }
     template <typename T> T* frame(HostImpl* h, const QString& cls, int kind) {
         setHost(h);
         frames_.push_back(std::make_unique<QWidget>());
@@ -76,8 +67,7 @@ protected:
         return false;
     }
 
-    QTemporaryDir profiles_;
-    std::vector<std::unique_ptr<HostImpl>> hosts_;
+    HostSessions<> hosts_;
     std::vector<std::unique_ptr<QWidget>> frames_;
 };
 

@@ -5,6 +5,7 @@
 #include "host/HostImpl.h"
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
+#include "tests/server/HostSessions.h"
 #include "tests/support/ServerFixture.h"
 #include <QElapsedTimer>
 
@@ -29,15 +30,7 @@ protected:
     // A workbench session on the server as that user with a client dialog of kind 3 open on the
     // node 430.
     Session session(const QString& login, int user) {
-        HostImpl::Settings s;
-        s.profileRoot = profiles_.path();
-        s.userName = login;
-        s.password = fbserver::password(login);
-        s.interactive = false;
-        hosts_.push_back(std::make_unique<HostImpl>(s));
-        HostImpl* h = hosts_.back().get();
-        h->openDatabase(connectString());
-        setHost(h);
+        HostImpl* h = hosts_.open(login, connectString());
         std::unique_ptr<TAbsEditFrame> f(
             Registry::instance().create(QStringLiteral("TClientSelect_DF"), &top_));
         auto* d = qobject_cast<TClientSelect_DF*>(f.release());
@@ -72,9 +65,8 @@ protected:
     // What the session told its user.
     static QString told(HostImpl* h) { return h->loggedMessages().join('\n'); }
 
-    QTemporaryDir profiles_;
     QWidget top_;
-    std::vector<std::unique_ptr<HostImpl>> hosts_;
+    HostSessions<> hosts_;
     std::vector<std::unique_ptr<TClientSelect_DF>> frames_;
 };
 

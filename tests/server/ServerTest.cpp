@@ -13,6 +13,7 @@
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
 #include "platform/widgets/DBGrid.h"
+#include "tests/server/HostSessions.h"
 #include "tests/support/ServerFixture.h"
 #include <QElapsedTimer>
 #include <QProcess>
@@ -52,17 +53,7 @@ protected:
         ServerTest::TearDown();
     }
     // A session of the workbench on the server as that user, installed as the frames' host.
-    AnsweringHost* session(const QString& login) {
-        HostImpl::Settings s;
-        s.profileRoot = profiles_.path();
-        s.userName = login;
-        s.password = fbserver::password(login);
-        s.interactive = false;
-        hosts_.push_back(std::make_unique<AnsweringHost>(s));
-        hosts_.back()->openDatabase(connectString());
-        setHost(hosts_.back().get());
-        return hosts_.back().get();
-    }
+    AnsweringHost* session(const QString& login) { return hosts_.open(login, connectString()); }
     double amount(int id) {
         return scalar(QStringLiteral("select AMOUNT from PAYMENT_DOC where ID_PAYMENT_DOC = %1").arg(id))
             .toDouble();
@@ -84,8 +75,7 @@ protected:
         dlg.accept();
     }
 
-    QTemporaryDir profiles_;
-    std::vector<std::unique_ptr<AnsweringHost>> hosts_;
+    HostSessions<AnsweringHost> hosts_;
 };
 
 QSet<int> branchesOf(HostImpl* h) {
@@ -127,7 +117,7 @@ TEST_F(OnServer, EachUserAttachesAsHimselfAndSeesHisOwnBranches) {
 
     // A wrong password or a login the server does not know is refused.
     HostImpl::Settings s;
-    s.profileRoot = profiles_.path();
+    s.profileRoot = hosts_.profileRoot();
     s.interactive = false;
     s.userName = QStringLiteral("IVANOV");
     s.password = QStringLiteral("wrong");
