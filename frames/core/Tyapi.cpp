@@ -1,6 +1,7 @@
 #include "frames/core/Tyapi.h"
 #include "frames/core/Host.h"
 #include "platform/db/Database.h"
+#include "platform/db/Error.h"
 #include "platform/db/Params.h"
 #include "platform/db/Query.h"
 #include "platform/db/Transaction.h"
@@ -88,8 +89,37 @@ QString SqlText(const QVariantList& pieces) {
     return sql;
 }
 
+namespace {
+
+// The host's database and read transaction; a host without them (a form designer showing frames)
+// gets an error, not a crash.
+db::Database* database() {
+    db::Database* d = dmDataBaseFIB()->RvDatabase();
+    if (!d)
+        throw db::Error(db::Error::Kind::ConnectionLost, QStringLiteral("Нет соединения с базой данных."));
+    return d;
+}
+
+db::Transaction* readTransaction() {
+    database();
+    db::Transaction* tr = dmDataBaseFIB()->pfReadTransaction();
+    if (!tr)
+        throw db::Error(db::Error::Kind::ConnectionLost, QStringLiteral("Нет соединения с базой данных."));
+    return tr;
+}
+
+} // namespace
+
+bool HasDatabase() {
+    try {
+        return host()->RvDatabase() && host()->pfReadTransaction();
+    } catch (const std::logic_error&) {
+        return false; // no host at all
+    }
+}
+
 std::unique_ptr<db::Query> QvSqlQuery(db::Transaction* tr, bool, const QVariantList& pieces) {
-    auto q = std::make_unique<db::Query>(dmDataBaseFIB()->RvDatabase(), tr);
+    auto q = std::make_unique<db::Query>(database(), tr);
     q->setSql(SqlText(pieces));
     tr->ensureStarted();
     q->open();
@@ -98,19 +128,20 @@ std::unique_ptr<db::Query> QvSqlQuery(db::Transaction* tr, bool, const QVariantL
 }
 
 std::unique_ptr<db::Query> QvSqlQueryRead(const QVariantList& pieces) {
-    return QvSqlQuery(dmDataBaseFIB()->pfReadTransaction(), false, pieces);
+    return QvSqlQuery(readTransaction(), false, pieces);
 }
 
 QVariant QvSqlValue(const QVariantList& pieces) {
-    auto q = std::make_unique<db::Query>(dmDataBaseFIB()->RvDatabase(), dmDataBaseFIB()->pfReadTransaction());
+    db::Transaction* tr = readTransaction();
+    auto q = std::make_unique<db::Query>(database(), tr);
     q->setSql(SqlText(pieces));
-    dmDataBaseFIB()->pfReadTransaction()->ensureStarted();
+    tr->ensureStarted();
     q->open();
     return q->next() ? q->value(0) : QVariant();
 }
 
 void QvSqlExec(db::Transaction* tr, bool commit, const QVariantList& pieces) {
-    db::Query q(dmDataBaseFIB()->RvDatabase(), tr);
+    db::Query q(database(), tr);
     q.setSql(SqlText(pieces));
     tr->ensureStarted();
     try {
@@ -123,7 +154,7 @@ void QvSqlExec(db::Transaction* tr, bool commit, const QVariantList& pieces) {
 }
 
 void QvSqlExec(const QVariantList& pieces) {
-    db::Transaction tr(dmDataBaseFIB()->RvDatabase(), db::TransactionOptions::writeNoWait());
+    db::Transaction tr(database(), db::TransactionOptions::writeNoWait());
     QvSqlExec(&tr, true, pieces);
 }
 

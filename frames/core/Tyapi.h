@@ -15,6 +15,8 @@ class Transaction;
 // passed through StrParam first.
 QString SqlText(const QVariantList& pieces);
 
+// Whether a host with a database is installed (a form designer shows frames without one).
+bool HasDatabase();
 // Runs a select in the given transaction; the query is open on its first row.
 std::unique_ptr<db::Query> QvSqlQuery(db::Transaction* tr, bool unused, const QVariantList& pieces);
 // Runs a select in the host's read transaction.

@@ -12,6 +12,8 @@ TShopEquipment_LF::TShopEquipment_LF(QWidget* parent) : TAbs_LF(parent) {
 
 int TShopEquipment_LF::ShopEquipmentType() const {
     if (!type_) {
+        // Without a database (a form designer reading the property) there is no type yet.
+        if (!HasDatabase()) return -1;
         const QVariant first = QvSqlValue(
             {"select first 1 t.id from SHOP_EQUIPMENT_TYPE t where (", kind_, " = -1 or t.kind = ", kind_,
              ") and exists(select 1 from SECTIONS_EQUIPMENT se where se.type = t.id) order by t.name, t.id"});

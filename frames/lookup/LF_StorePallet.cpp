@@ -17,6 +17,8 @@ TStorePallet_LF::TStorePallet_LF(QWidget* parent) : TAbs_LF(parent) {
 
 int TStorePallet_LF::Place() const {
     if (!place_) {
+        // Without a database (a form designer reading the property) there is no place yet.
+        if (!HasDatabase()) return -1;
         // The first place, the current shop's own places first, with pallets in a zone of the kind.
         const QVariant first =
             QvSqlValue({"select first 1 s.id_place from STORE s join STORE_ZONE sz on sz.id = s.id_zone ",
