@@ -18,10 +18,13 @@
 #include "platform/db/DataSet.h"
 #include "platform/db/DataSource.h"
 #include "platform/db/Query.h"
+#include "platform/db/Transaction.h"
 #include "platform/widgets/CalcEdit.h"
 #include "platform/widgets/DBGrid.h"
 #include "platform/widgets/DateEdit.h"
 #include <QAbstractButton>
+#include <QChart>
+#include <QChartView>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -130,6 +133,7 @@ void FilterPanelForm::build() {
         chart_ = qobject_cast<frames::TReportChart_EF*>(
             frames::Registry::instance().create(QStringLiteral("TReportChart_EF"), output));
         chart_->setObjectName(QStringLiteral("TReportChart_EF"));
+        if (!report_.chartTitle.isEmpty()) chart_->DBChart->chart()->setTitle(report_.chartTitle);
         output->addWidget(chart_);
     }
     // The rows, when the report has them, get the larger part.
@@ -205,6 +209,9 @@ QWidget* FilterPanelForm::boxOf(const ReportFilter& def, frames::TAbsEditFrame* 
 
 void FilterPanelForm::prepare() {
     const frames::WaitCursor wait;
+    // Nothing of this report kept for the user yet: the period starts where the data is.
+    const frames::TConfigItem* kept = host_->LayoutRoot()->Find(objectName());
+    const bool firstOpen = !kept || kept->Count() == 0;
     auto* grid = static_cast<QGridLayout*>(body_->layout());
     const int columns = report_.filters.size() > 10 ? 3 : 2;
     int row = 0, col = 0;
@@ -235,6 +242,7 @@ void FilterPanelForm::prepare() {
         followChanges(f);
     }
     grid->setRowStretch(grid->rowCount(), 1);
+    if (firstOpen && !report_.firstPeriodSql.isEmpty()) showFirstPeriod();
     if (chart_) {
         hosted_->open(chart_);
         chart_->SetDataSource(chartSource_);
@@ -246,6 +254,18 @@ void FilterPanelForm::prepare() {
     }
     results_->setRowCount(int(filters_.size()));
     updateResults();
+}
+
+void FilterPanelForm::showFirstPeriod() {
+    auto* period = qobject_cast<frames::TPeriodExt_EF*>(frame(QStringLiteral("TPeriodExt_EF")));
+    if (!period) return;
+    frames::db::Query q(host_->RvDatabase(), host_->pfReadTransaction());
+    q.setSql(report_.firstPeriodSql);
+    host_->pfReadTransaction()->ensureStarted();
+    q.open();
+    if (!q.next() || q.value(0).isNull() || q.value(1).isNull()) return;
+    period->deFirstDate->setDate(q.value(0).toDate());
+    period->deLastDate->setDate(q.value(1).toDate());
 }
 
 void FilterPanelForm::followChanges(frames::TAbsEditFrame* f) {

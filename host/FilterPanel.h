@@ -92,6 +92,8 @@ public:
 
 private:
     frames::TConfigItem* layoutNode(const QString& name) const;
+    // Sets the period frame to the report's first period (the dates its data covers).
+    void showFirstPeriod();
     void build();
     void closeFrames();
     // Stores the matrices of the ticked boxes that keep their choice in the frame until then (on

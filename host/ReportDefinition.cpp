@@ -56,6 +56,8 @@ ReportDefinition reportOf(const QJsonObject& e) {
         r.rowColumns.append({a.at(0).toString(), a.at(1).toString(), a.at(2).toInt(100)});
     }
     r.chartSql = text(e.value(QStringLiteral("chart")));
+    r.chartTitle = e.value(QStringLiteral("chartTitle")).toString();
+    r.firstPeriodSql = text(e.value(QStringLiteral("firstPeriod")));
     for (const QJsonValue& f : e.value(QStringLiteral("filters")).toArray())
         r.filters.append(filterOf(f.toObject()));
     if (r.name.isEmpty() || r.from.isEmpty() || r.totalsSql.isEmpty() || r.totalTitles.isEmpty())

@@ -50,6 +50,10 @@ struct ReportDefinition {
     };
     QList<Column> rowColumns;
     QString chartSql; // empty: no chart
+    QString chartTitle;
+    // The first and last date the period frame shows when the user opens the report for the
+    // first time (a select of two dates); empty: the frame's own default.
+    QString firstPeriodSql;
     QList<ReportFilter> filters;
 
     const ReportFilter* findFilter(const QString& className) const;

@@ -285,8 +285,11 @@ TEST_F(SalesReport, PanelAndChoicesComeBackAfterARestart) {
     {
         FilterPanelForm panel(wb.get(), workbench::salesReport());
         panel.prepare();
-        switchOffAll(panel);
+        // Opened for the first time, the period covers the sales there are.
         auto* period = qobject_cast<TPeriodExt_EF*>(panel.frame("TPeriodExt_EF"));
+        EXPECT_EQ(period->deFirstDate->date(), scalar("select min(DOC_DATE) from SALE_DOC").toDate());
+        EXPECT_EQ(period->deLastDate->date(), scalar("select max(DOC_DATE) from SALE_DOC").toDate());
+        switchOffAll(panel);
         period->deFirstDate->setDate(QDate(2024, 3, 1));
         period->deLastDate->setDate(QDate(2024, 5, 31));
         auto* country = box(panel, "TCountry_FF");
