@@ -21,6 +21,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace workbench {
@@ -98,7 +99,9 @@ CardListForm::CardListForm(HostImpl* host, QWidget* parent) : TfmLayer1_FIB(pare
     auto* btAdd = new QPushButton(QStringLiteral("Добавить…"), this);
     btAdd->setObjectName(QStringLiteral("btAdd"));
     auto* btRefresh = new QPushButton(QStringLiteral("Обновить"), this);
-    auto* btFind = new QPushButton(QStringLiteral("Найти…"), this);
+    auto* btFind = new QPushButton(QStringLiteral("&Найти…"), this);
+    btFind->setObjectName(QStringLiteral("btFind"));
+    btFind->setToolTip(QStringLiteral("Найти карточку по тексту (Ctrl+F)"));
     auto* btColumns = new QPushButton(QStringLiteral("Колонки…"), this);
     auto* btClose = new QPushButton(QStringLiteral("Закрыть"), this);
     setActionIcon(btEdit, "document-edit", QStyle::SP_FileDialogDetailedView);
@@ -119,8 +122,9 @@ CardListForm::CardListForm(HostImpl* host, QWidget* parent) : TfmLayer1_FIB(pare
     connect(btEdit, &QPushButton::clicked, this, [this] { frames::guard([this] { editCurrent(); }); });
     connect(btAdd, &QPushButton::clicked, this, [this] { frames::guard([this] { addNew(); }); });
     connect(btRefresh, &QPushButton::clicked, this, [this] { frames::guard([this] { refresh(); }); });
-    connect(btFind, &QPushButton::clicked, this,
-            [this] { frames::guard([this] { host_->FindInGrid(grid_); }); });
+    const auto findRow = [this] { frames::guard([this] { host_->FindInGrid(grid_); }); };
+    connect(btFind, &QPushButton::clicked, this, findRow);
+    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, findRow);
     connect(btColumns, &QPushButton::clicked, this,
             [this] { frames::guard([this] { host_->CustomizeGrid(grid_); }); });
     connect(btClose, &QPushButton::clicked, this, &QDialog::reject);

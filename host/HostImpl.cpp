@@ -21,7 +21,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QInputDialog>
 #include <QJsonDocument>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -648,25 +647,8 @@ void HostImpl::CustomizeGrid(frames::ui::DBGrid* grid) {
 }
 
 void HostImpl::FindInGrid(frames::ui::DBGrid* grid) {
-    const frames::WaitCursor::Pause arrow;
-    if (!grid) return;
-    if (!settings_.interactive) {
-        TraceText(QStringLiteral("FindInGrid: not shown without a user"), 1);
-        return;
-    }
-    bool ok = false;
-    const QString text = QInputDialog::getText(QApplication::activeWindow(), QStringLiteral("Поиск"),
-                                               QStringLiteral("Найти:"), QLineEdit::Normal, lastSearch_, &ok);
-    if (!ok || text.isEmpty()) return;
-    // A new text is looked for from the top, the same text again from the row after the current.
-    const int row = findRow(grid, text, text == lastSearch_ ? grid->currentIndex().row() : -1);
-    lastSearch_ = text;
-    if (row < 0) {
-        InfoBox(QStringLiteral("Текст «%1» не найден").arg(text));
-        return;
-    }
-    grid->setCurrentIndex(grid->model()->index(row, qMax(0, grid->currentIndex().column())));
-    grid->scrollTo(grid->currentIndex());
+    // Every search over a grid is the one find form: it waits beside the grid for "Найти далее".
+    ShowFindForm(grid, QString());
 }
 
 QWidget* HostImpl::ShowFindForm(frames::ui::DBGrid* grid, const QString& text) {

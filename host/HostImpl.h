@@ -170,7 +170,6 @@ private:
     int session_ = 0;
     bool lost_ = false;
     int userId_ = -1;
-    QString lastSearch_;
 
     // ---- unreadable profile files
     // The content of a profile file; false when it is missing, too large (moved aside) or cannot

@@ -1,10 +1,13 @@
 #include "host/FindForm.h"
+#include "host/CardForms.h"
+#include "platform/db/DataSet.h"
 #include "platform/db/MemTable.h"
 #include "platform/widgets/DBGrid.h"
 #include "tests/host/WorkbenchFixture.h"
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTest>
 
 using namespace frames;
@@ -54,4 +57,21 @@ TEST_F(FindFormTest, FindsNextWrapsAndIgnoresCase) {
     QTest::keyClick(form->edit(), Qt::Key_Return);
     EXPECT_EQ(t.recNo(), 3);
     delete form;
+}
+
+// The card list's "Найти…" and a frame asking the host to search its grid both bring the same
+// find form over that grid.
+TEST_F(FindFormTest, CardListAndFramesSearchThroughTheFindForm) {
+    workbench::CardListForm list(wb.get());
+    list.open();
+    list.findChild<QPushButton*>(QStringLiteral("btFind"))->click();
+    const QList<workbench::FindForm*> forms = list.findChildren<workbench::FindForm*>();
+    ASSERT_EQ(forms.size(), 1);
+    EXPECT_EQ(forms[0]->grid(), list.grid());
+    forms[0]->edit()->setText(QStringLiteral("100-0010"));
+    ASSERT_TRUE(forms[0]->findNext());
+    EXPECT_EQ(list.dataSet()->fieldByName("ARTICUL")->asString(), QStringLiteral("100-0010"));
+
+    wb->FindInGrid(list.grid());
+    EXPECT_EQ(list.findChildren<workbench::FindForm*>().size(), 2);
 }
