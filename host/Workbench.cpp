@@ -362,30 +362,20 @@ int writeScreenshots(HostImpl& host, const frames::Registry& registry, const QSt
         }
         shots.push_back(shot);
     }
-    {
-        Shot shot{QStringLiteral("FilterPanel"), QStringLiteral("host forms"), {}, {}};
+    // The two reports of the filter panel, each under a layout node of its own (the conditions set
+    // here are not the user's), run over a period of the demo data.
+    const auto shootReport = [&](const QString& name, const ReportDefinition& report, QDate first, QDate last,
+                                 const std::function<void(FilterPanelForm&)>& setUp) {
+        Shot shot{name, QStringLiteral("host forms"), {}, {}};
         try {
-            FilterPanelForm panel(&host);
-            // Its own layout node: the conditions set here are not the user's.
-            panel.setObjectName(QStringLiteral("FilterPanelScreenshot"));
+            FilterPanelForm panel(&host, report);
+            panel.setObjectName(name + QStringLiteral("Screenshot"));
             panel.prepare();
-            for (const auto& f : panel.filters()) frames::guard([&] { f.frame->Clear(); });
-            if (auto* dates =
-                    qobject_cast<frames::TSetDate_EF*>(panel.frame(QStringLiteral("TSetDate_EF")))) {
-                dates->deFromDate->setDate(QDate(2024, 3, 1));
-                dates->deToDate->setDate(QDate(2024, 3, 31));
-                dates->SetChecked(true);
-            }
-            if (auto* sums =
-                    qobject_cast<frames::TSetDouble_EF*>(panel.frame(QStringLiteral("TSetDouble_EF")))) {
-                sums->ceFromSumma->SetAsFloat(1000);
-                sums->ceToSumma->SetAsFloat(100000);
-                sums->SetChecked(true);
-            }
+            setUp(panel);
             if (auto* period =
                     qobject_cast<frames::TPeriodExt_EF*>(panel.frame(QStringLiteral("TPeriodExt_EF")))) {
-                period->deFirstDate->setDate(QDate(2024, 2, 1));
-                period->deLastDate->setDate(QDate(2024, 4, 30));
+                period->deFirstDate->setDate(first);
+                period->deLastDate->setDate(last);
             }
             panel.updateResults();
             panel.runQuery();
@@ -396,31 +386,25 @@ int writeScreenshots(HostImpl& host, const frames::Registry& registry, const QSt
             shot.error = frames::errorText(std::current_exception());
         }
         shots.push_back(shot);
-    }
-
-    {
-        Shot shot{QStringLiteral("SalesReport"), QStringLiteral("host forms"), {}, {}};
-        try {
-            FilterPanelForm panel(&host, salesReport());
-            // Its own layout node: the filters set here are not the user's.
-            panel.setObjectName(QStringLiteral("SalesReportScreenshot"));
-            panel.prepare();
-            if (auto* period =
-                    qobject_cast<frames::TPeriodExt_EF*>(panel.frame(QStringLiteral("TPeriodExt_EF")))) {
-                period->deFirstDate->setDate(QDate(2024, 3, 1));
-                period->deLastDate->setDate(QDate(2024, 3, 31));
-            }
-            panel.resize(1400, 1000);
-            panel.updateResults();
-            panel.runQuery();
-            panel.show();
-            if (savePicture(&panel, dir, shot.name, shot)) ++written;
-            panel.reject();
-        } catch (...) {
-            shot.error = frames::errorText(std::current_exception());
-        }
-        shots.push_back(shot);
-    }
+    };
+    shootReport(QStringLiteral("FilterPanel"), paymentReport(), QDate(2024, 2, 1), QDate(2024, 4, 30),
+                [](FilterPanelForm& panel) {
+                    for (const auto& f : panel.filters()) frames::guard([&] { f.frame->Clear(); });
+                    if (auto* dates =
+                            qobject_cast<frames::TSetDate_EF*>(panel.frame(QStringLiteral("TSetDate_EF")))) {
+                        dates->deFromDate->setDate(QDate(2024, 3, 1));
+                        dates->deToDate->setDate(QDate(2024, 3, 31));
+                        dates->SetChecked(true);
+                    }
+                    if (auto* sums = qobject_cast<frames::TSetDouble_EF*>(
+                            panel.frame(QStringLiteral("TSetDouble_EF")))) {
+                        sums->ceFromSumma->SetAsFloat(1000);
+                        sums->ceToSumma->SetAsFloat(100000);
+                        sums->SetChecked(true);
+                    }
+                });
+    shootReport(QStringLiteral("SalesReport"), salesReport(), QDate(2024, 3, 1), QDate(2024, 3, 31),
+                [](FilterPanelForm& panel) { panel.resize(1400, 1000); });
 
     // The other forms, each as it opens: the clients and a client's card, the report over the
     // client selection, the report settings, the CRM report and lists, the card chooser, the find
